@@ -1,0 +1,47 @@
+#pragma once
+
+#include <TarnCommon/KQLog.h>
+
+// Prints an assertion report to standard error and returns: it neither breaks
+// nor aborts, and does not consult g_breakOnWarningsAndErrors. A null file is
+// printed as "NULL".
+TARNCOMMON_EXTERN_C TARNCOMMON_EXPORT void KQAssertionFailed(const char *condition, const char *file,
+                                                             int64_t line, const char *function);
+
+// Contract checks. After a report the calling function returns at once with
+// the neutral result given after the condition, or with nothing in a
+// function returning void:
+//
+//     KQAssert(tab != nullptr);                  // void function
+//     KQAssert(view != nullptr, nullptr);        // pointer result
+//     KQAssert(minSize.width() <= maxSize.width(), false);
+//     KQAssert(count >= 0, {});                  // any default-constructible result
+//
+// KQAssertText() reports a given condition text instead of the source text.
+#define KQAssertText(conditionText, condition, ...)                                           \
+    do {                                                                                      \
+        if (!(condition)) {                                                                   \
+            KQAssertionFailed(conditionText, __FILE__, __LINE__, KQ_FUNCTION_NAME);           \
+            return __VA_ARGS__;                                                               \
+        }                                                                                     \
+    } while (false)
+
+#define KQAssert(condition, ...) KQAssertText(#condition, condition, __VA_ARGS__)
+
+// Marks code that must never run; reports and returns the neutral result.
+#define KQAssertNeverExecuted(...)                                                            \
+    do {                                                                                      \
+        KQAssertionFailed("KQAssertNeverExecuted was executed", __FILE__, __LINE__,          \
+                          KQ_FUNCTION_NAME);                                                  \
+        return __VA_ARGS__;                                                                   \
+    } while (false)
+
+// An expression form for places that must go on after the report (a
+// constructor, a loop): true when the condition holds.
+#define KQVerify(condition)                                                                   \
+    ((condition) ? true                                                                       \
+                 : (KQAssertionFailed(#condition, __FILE__, __LINE__, KQ_FUNCTION_NAME), false))
+
+// Reported by constructors that must not be used.
+#define KQReportInvalidInitializer()                                                          \
+    KQAssertionFailed("Invalid initializer method called", __FILE__, __LINE__, KQ_FUNCTION_NAME)

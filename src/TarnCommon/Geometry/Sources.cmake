@@ -1,0 +1,5 @@
+tarncommon_add_files(
+    PUBLIC
+        KQGeometry.h
+    PRIVATE
+        KQGeometry.cpp)

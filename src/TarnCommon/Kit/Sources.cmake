@@ -1,0 +1,5 @@
+tarncommon_add_files(
+    PUBLIC
+        KQError.h
+    PRIVATE
+        KQError.cpp)
