@@ -1,0 +1,5 @@
+tarncommon_add_files(
+    PUBLIC
+        ToolTipping_ZL.h
+    PRIVATE
+        ToolTipping_ZL.cpp)

@@ -1,0 +1,3 @@
+#include <TarnCommon/ToolTipping_ZL.h>
+
+ToolTipping_ZL::~ToolTipping_ZL() = default;
