@@ -3,6 +3,8 @@
 #include <TarnCommon/KQTab.h>
 #include <TarnCommon/KQTabView.h>
 
+#include <TarnCommon/KQRectRules.h>
+
 #include <QtTest/QTest>
 
 class tst_KQTabBarGeometry : public QObject
@@ -14,6 +16,8 @@ private Q_SLOTS:
     void tabRects();
     void tabIndexAtPoint_data();
     void tabIndexAtPoint();
+    void hitTestingAgreesWithCells_data();
+    void hitTestingAgreesWithCells();
     void iconRect_data();
     void iconRect();
     void contentFrame_data();
@@ -85,6 +89,33 @@ void tst_KQTabBarGeometry::tabIndexAtPoint()
     QFETCH(QPointF, point);
     QFETCH(int, index);
     QCOMPARE(KQTabBar::tabIndexAtPoint(QRectF(0, 0, 200, 100), count, point), qsizetype(index));
+}
+
+void tst_KQTabBarGeometry::hitTestingAgreesWithCells_data()
+{
+    QTest::addColumn<QRectF>("bounds");
+    QTest::addColumn<int>("count");
+
+    QTest::newRow("odd width, 3 tabs") << QRectF(0, 0, 201, 80) << 3;
+    QTest::newRow("fractional origin, 4 tabs") << QRectF(3.25, 7.5, 190.5, 60) << 4;
+    QTest::newRow("spilling, 7 tabs") << QRectF(0, 0, 150, 40) << 7;
+}
+
+void tst_KQTabBarGeometry::hitTestingAgreesWithCells()
+{
+    QFETCH(QRectF, bounds);
+    QFETCH(int, count);
+
+    // The drawn cells and the hit test must never disagree, edges included.
+    const QList<QRectF> cells = KQTabBar::tabRectsForTabBarRect(KQTabBar::tabBarRectForBounds(bounds), count);
+    for (double y = bounds.y() - 1; y < bounds.y() + 30; y += 0.5) {
+        for (double x = bounds.x() - 160; x < bounds.x() + bounds.width() + 160; x += 0.5) {
+            qsizetype expected = -1;
+            for (qsizetype i = 0; i < cells.size() && expected < 0; ++i)
+                expected = kq_pointInRect(QPointF(x, y), cells[i]) ? i : -1;
+            QCOMPARE(KQTabBar::tabIndexAtPoint(bounds, count, QPointF(x, y)), expected);
+        }
+    }
 }
 
 void tst_KQTabBarGeometry::iconRect_data()

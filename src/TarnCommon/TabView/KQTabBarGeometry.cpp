@@ -12,13 +12,24 @@ QRectF tabBarRectForBounds(const QRectF &bounds)
     return QRectF(bounds.x(), bounds.y(), bounds.width(), kBarHeight);
 }
 
+namespace {
+
+// The left edge of the first cell; tabRectsForTabBarRect() and
+// tabIndexAtPoint() must agree on it to the last bit.
+double firstCellX(const QRectF &bar, qsizetype count)
+{
+    return std::floor(bar.x() + bar.width() * 0.5 + double(count) * -kCellWidth * 0.5);
+}
+
+} // namespace
+
 QList<QRectF> tabRectsForTabBarRect(const QRectF &bar, qsizetype count)
 {
     QList<QRectF> cells;
     if (count <= 0)
         return cells;
     cells.reserve(count);
-    double x = std::floor(bar.x() + bar.width() * 0.5 + double(count) * -kCellWidth * 0.5);
+    double x = firstCellX(bar, count);
     for (qsizetype i = 0; i < count; ++i) {
         cells.append(QRectF(x, bar.y(), kCellWidth, bar.height() - 1.0));
         x += kCellWidth;
@@ -28,10 +39,14 @@ QList<QRectF> tabRectsForTabBarRect(const QRectF &bar, qsizetype count)
 
 qsizetype tabIndexAtPoint(const QRectF &bounds, qsizetype count, const QPointF &point)
 {
-    const QList<QRectF> cells = tabRectsForTabBarRect(tabBarRectForBounds(bounds), count);
-    for (qsizetype i = 0; i < cells.size(); ++i) {
-        if (kq_pointInRect(point, cells.at(i)))
+    // Walks the cells as tabRectsForTabBarRect() lays them out, without
+    // building the list: hit testing runs on every mouse move.
+    const QRectF bar = tabBarRectForBounds(bounds);
+    double x = firstCellX(bar, count);
+    for (qsizetype i = 0; i < count; ++i) {
+        if (kq_pointInRect(point, QRectF(x, bar.y(), kCellWidth, bar.height() - 1.0)))
             return i;
+        x += kCellWidth;
     }
     return -1;
 }
