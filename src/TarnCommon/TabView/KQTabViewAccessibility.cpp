@@ -15,7 +15,7 @@
 void KQTabView::initializeAccessibility()
 {
     KQAccessibleChildren::installFactory();
-    setAccessibleName(QCoreApplication::translate("KQTabView", "TabView"));
+    setAccessibleName(QCoreApplication::translate("TarnCommon", "TabView"));
 
     // The previous group was taken out of the children by setTabs; its node
     // goes with its owner.
