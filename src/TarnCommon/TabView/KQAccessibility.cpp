@@ -3,7 +3,6 @@
 #include "KQAccessibleWidget_p.h"
 
 #include <TarnCommon/KQAssert.h>
-#include <TarnCommon/KQRectRules.h>
 #include <TarnCommon/KQSettings.h>
 
 #include <QtWidgets/QWidget>
@@ -77,12 +76,7 @@ QWindow *KQAccessibilityNode::window() const
 
 QAccessibleInterface *KQAccessibilityNode::childAt(int x, int y) const
 {
-    const QPointF point(x, y);
-    for (QAccessibleInterface *child : accessibilityChildren()) {
-        if (kq_pointInRect(point, QRectF(child->rect())))
-            return child;
-    }
-    return nullptr;
+    return KQAccessibleChildren::childAt(accessibilityChildren(), x, y);
 }
 
 QAccessibleInterface *KQAccessibilityNode::parent() const

@@ -89,6 +89,16 @@ bool hasChildren(const QWidget *widget)
     return s_registry->children.contains(widget);
 }
 
+QAccessibleInterface *childAt(const QList<QAccessibleInterface *> &children, int x, int y)
+{
+    const QPointF point(x, y);
+    for (QAccessibleInterface *child : children) {
+        if (kq_pointInRect(point, QRectF(child->rect())))
+            return child;
+    }
+    return nullptr;
+}
+
 } // namespace KQAccessibleChildren
 
 KQAccessibleWidget::KQAccessibleWidget(QWidget *widget)
@@ -132,10 +142,5 @@ int KQAccessibleWidget::indexOfChild(const QAccessibleInterface *child) const
 
 QAccessibleInterface *KQAccessibleWidget::childAt(int x, int y) const
 {
-    const QPointF point(x, y);
-    for (QAccessibleInterface *child : currentChildren()) {
-        if (kq_pointInRect(point, QRectF(child->rect())))
-            return child;
-    }
-    return nullptr;
+    return KQAccessibleChildren::childAt(currentChildren(), x, y);
 }

@@ -21,6 +21,9 @@ TARNCOMMON_EXPORT QList<QAccessibleInterface *> children(QWidget *widget);
 TARNCOMMON_EXPORT void setChildren(QWidget *widget, const QList<QAccessibleInterface *> &children);
 TARNCOMMON_EXPORT bool hasChildren(const QWidget *widget);
 
+// The first of children whose screen rectangle holds (x, y), or null.
+TARNCOMMON_EXPORT QAccessibleInterface *childAt(const QList<QAccessibleInterface *> &children, int x, int y);
+
 } // namespace KQAccessibleChildren
 
 class TARNCOMMON_EXPORT KQAccessibleWidget : public QAccessibleWidget
