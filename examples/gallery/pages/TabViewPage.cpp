@@ -149,27 +149,27 @@ QWidget *createTabViewPage()
 
     auto *tabView = new KQTabView(page);
     tabView->setObjectName(QStringLiteral("galleryTabView"));
-    struct Spec
+    struct Entry
     {
         Shape shape;
         QString name;
         QColor color;
         QString text;
     };
-    const QList<Spec> specs{
+    const QList<Entry> entries{
         {Circle, QObject::tr("Circle"), QColor(0x2f, 0x80, 0xed), QObject::tr("The first tab: selected when the tabs are set.")},
         {Square, QObject::tr("Square"), QColor(0x27, 0xae, 0x60), QObject::tr("Its name field takes the focus when the tab is installed.")},
         {Triangle, QObject::tr("Triangle"), QColor(0xf2, 0x99, 0x4a), QObject::tr("Hide it and the first visible tab takes over.")},
         {Star, QObject::tr("Star"), QColor(0xeb, 0x57, 0x57), QObject::tr("The last tab; replace another with it.")},
     };
     QList<KQTab *> tabs;
-    for (const Spec &spec : specs) {
+    for (const Entry &entry : entries) {
         auto *tab = new KQTab(tabView);
-        tab->setTag(spec.shape);
-        tab->setIcon(shapeIcon(spec.shape, spec.color));
-        tab->setIconTooltip(spec.name);
-        QWidget *content = makeContent(spec.name, spec.text);
-        if (spec.shape == Square) {
+        tab->setTag(entry.shape);
+        tab->setIcon(shapeIcon(entry.shape, entry.color));
+        tab->setIconTooltip(entry.name);
+        QWidget *content = makeContent(entry.name, entry.text);
+        if (entry.shape == Square) {
             auto *field = new QLineEdit(content);
             field->setPlaceholderText(QObject::tr("Name"));
             content->layout()->addWidget(field);
@@ -191,9 +191,9 @@ QWidget *createTabViewPage()
     auto *controls = new QHBoxLayout;
     auto *which = new QComboBox(page);
     auto *replacement = new QComboBox(page);
-    for (const Spec &spec : specs) {
-        which->addItem(shapeIcon(spec.shape, spec.color), spec.name, int(spec.shape));
-        replacement->addItem(spec.name, int(spec.shape));
+    for (const Entry &entry : entries) {
+        which->addItem(shapeIcon(entry.shape, entry.color), entry.name, int(entry.shape));
+        replacement->addItem(entry.name, int(entry.shape));
     }
     replacement->setCurrentIndex(3);
     auto *hide = new QPushButton(QObject::tr("Hide"), page);
