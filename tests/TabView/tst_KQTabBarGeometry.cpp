@@ -1,7 +1,6 @@
 #include "KQTabBarGeometry_p.h"
 
 #include <TarnCommon/KQTab.h>
-#include <TarnCommon/KQTabView.h>
 
 #include <TarnCommon/KQRectRules.h>
 
@@ -24,7 +23,6 @@ private Q_SLOTS:
     void contentFrame();
     void accessibilityButtonFrame_data();
     void accessibilityButtonFrame();
-    void frameSize();
     void clickTracking_data();
     void clickTracking();
     void trackerForgetsDestroyedTab();
@@ -178,12 +176,6 @@ void tst_KQTabBarGeometry::accessibilityButtonFrame()
     QFETCH(int, index);
     QFETCH(QRectF, frame);
     QCOMPARE(KQTabBar::accessibilityButtonFrame(window, bounds, count, index), frame);
-}
-
-void tst_KQTabBarGeometry::frameSize()
-{
-    QCOMPARE(KQTabView::frameSizeForTabViewSize(QSizeF(200, 100)), QSizeF(200, 127));
-    QCOMPARE(KQTabView::frameSizeForTabViewSize(QSizeF(0, 0)), QSizeF(0, 27));
 }
 
 void tst_KQTabBarGeometry::clickTracking_data()
