@@ -1,0 +1,454 @@
+#include <TarnCommon/KQTabView.h>
+
+#include "KQAccessibleWidget_p.h"
+#include "KQTabBarGeometry_p.h"
+
+#include <TarnCommon/KQAccessibility.h>
+#include <TarnCommon/KQAssert.h>
+#include <TarnCommon/KQRectRules.h>
+#include <TarnCommon/KQTab.h>
+
+#include <QtGui/QImage>
+#include <QtGui/QLinearGradient>
+#include <QtGui/QMouseEvent>
+#include <QtGui/QPainter>
+#include <QtGui/QPixmap>
+
+#include <cmath>
+
+KQTabViewDelegate::~KQTabViewDelegate() = default;
+
+QSizeF KQTabView::frameSizeForTabViewSize(const QSizeF &size)
+{
+    return QSizeF(size.width(), size.height() + kTabBarHeight);
+}
+
+KQTabView::KQTabView(QWidget *parent)
+    : QWidget(parent)
+{
+    init();
+}
+
+KQTabView::KQTabView(const QRect &frame, QWidget *parent)
+    : QWidget(parent)
+{
+    init();
+    setGeometry(frame);
+}
+
+KQTabView::KQTabView(const QList<KQTab *> &tabs, QWidget *parent)
+    : QWidget(parent)
+{
+    init();
+    QSizeF largest(0, 0);
+    for (KQTab *tab : tabs) {
+        const QWidget *view = tab ? tab->view() : nullptr;
+        if (!view)
+            continue;
+        largest.setWidth(std::max(largest.width(), double(view->width())));
+        largest.setHeight(std::max(largest.height(), double(view->height())));
+    }
+    const QSizeF frame = frameSizeForTabViewSize(largest);
+    setGeometry(QRect(0, 0, int(std::ceil(frame.width())), int(std::ceil(frame.height()))));
+    setTabs(tabs);
+}
+
+void KQTabView::init()
+{
+    m_tracker = std::make_unique<KQTabClickTracker>();
+    // Before Qt makes an interface for this widget, so ours is the one it keeps.
+    if (KQAccessibility::validForAutomateTesting())
+        KQAccessibleChildren::installFactory();
+}
+
+KQTabView::~KQTabView()
+{
+    // The buttons live in Qt's accessibility cache; take them out with us.
+    for (QAccessible::Id id : std::as_const(m_accessibilityButtons))
+        QAccessible::deleteAccessibleInterface(id);
+    m_accessibilityButtons.clear();
+    for (KQTab *tab : std::as_const(_tabs))
+        disconnect(tab, nullptr, this, nullptr);
+    for (KQTab *tab : std::as_const(_hiddenTabs))
+        disconnect(tab, nullptr, this, nullptr);
+}
+
+void KQTabView::adopt(KQTab *tab)
+{
+    if (!tab->parent())
+        tab->setParent(this);
+    connect(tab, &QObject::destroyed, this, &KQTabView::forgetTab, Qt::UniqueConnection);
+}
+
+void KQTabView::forgetTab(QObject *tab)
+{
+    // Only the address is compared: the tab is already half destroyed.
+    const auto matches = [tab](KQTab *candidate) { return static_cast<QObject *>(candidate) == tab; };
+    _tabs.removeIf(matches);
+    _hiddenTabs.removeIf(matches);
+    if (const auto it = m_accessibilityButtons.constFind(tab); it != m_accessibilityButtons.cend()) {
+        QAccessible::deleteAccessibleInterface(it.value());
+        m_accessibilityButtons.erase(it);
+    }
+    update();
+}
+
+void KQTabView::setTabs(const QList<KQTab *> &tabs)
+{
+    QList<KQTab *> accepted;
+    accepted.reserve(tabs.size());
+    for (KQTab *tab : tabs) {
+        if (!KQVerify(tab != nullptr))
+            continue;
+        adopt(tab);
+        accepted.append(tab);
+    }
+    _tabs = accepted;
+    selectTab(_tabs.isEmpty() ? nullptr : _tabs.first());
+
+    if (KQAccessibility::validForAutomateTesting()) {
+        // The previous group goes; initializeAccessibility attaches a new one.
+        QList<QAccessibleInterface *> children = KQAccessibleChildren::children(this);
+        if (!children.isEmpty() && _kqAccessibilityTabView
+            && children.last() == _kqAccessibilityTabView->groupAccessbility()) {
+            children.removeLast();
+            KQAccessibleChildren::setChildren(this, children);
+        }
+        initializeAccessibility();
+    }
+}
+
+QList<KQTab *> KQTabView::tabs() const
+{
+    return _tabs;
+}
+
+QList<KQTab *> KQTabView::hiddenTabs() const
+{
+    return _hiddenTabs;
+}
+
+KQTab *KQTabView::selectedTab() const
+{
+    return _selectedTab;
+}
+
+void KQTabView::selectTab(KQTab *tab)
+{
+    KQAssertText("tab == nil || [_tabs containsObject:tab]", tab == nullptr || _tabs.contains(tab));
+
+    // Held weakly: a delegate may destroy the old tab while being told.
+    const QPointer<KQTab> old = _selectedTab;
+    const QPointer<KQTab> next = tab;
+    if (auto *delegate = qobject_cast<KQTabViewDelegate *>(_delegate.data()))
+        delegate->tabViewWillChangeToTab(this, next, old);
+    tearDownSelectedTab();
+    _selectedTab = next;
+    setUpSelectedTab();
+    if (auto *delegate = qobject_cast<KQTabViewDelegate *>(_delegate.data()))
+        delegate->tabViewDidChangeToTab(this, next, old);
+    Q_EMIT selectedTabChanged(_selectedTab);
+    update();
+}
+
+void KQTabView::tearDownSelectedTab()
+{
+    if (!_selectedTab)
+        return;
+    // Hidden rather than orphaned: the tab view keeps the widget alive.
+    if (QWidget *view = _selectedTab->view(); view && view->parentWidget() == this)
+        view->hide();
+}
+
+void KQTabView::setUpSelectedTab()
+{
+    if (!_selectedTab)
+        return;
+    QWidget *view = _selectedTab->view();
+    if (!view)
+        return;
+    if (view->parentWidget() != this)
+        view->setParent(this);
+    view->setGeometry(KQTabBar::contentFrameForBounds(QRectF(rect())).toRect());
+    view->show();
+    if (QWidget *focus = _selectedTab->initialFirstResponder())
+        focus->setFocus(Qt::OtherFocusReason);
+}
+
+void KQTabView::resizeEvent(QResizeEvent *event)
+{
+    QWidget::resizeEvent(event);
+    // The selected widget follows the tab view's size in both directions.
+    if (_selectedTab) {
+        if (QWidget *view = _selectedTab->view(); view && view->parentWidget() == this)
+            view->setGeometry(KQTabBar::contentFrameForBounds(QRectF(rect())).toRect());
+    }
+}
+
+bool KQTabView::hideTabSelection(qint64 tag)
+{
+    const QList<KQTab *> snapshot = _tabs;
+    for (KQTab *tab : snapshot) {
+        if (tab->tag() != tag)
+            continue;
+        const bool wasSelected = tab == _selectedTab;
+        _tabs.removeOne(tab);
+        _hiddenTabs.append(tab);
+        return wasSelected;
+    }
+    return false;
+}
+
+void KQTabView::hideTab(qint64 tag)
+{
+    if (hideTabSelection(tag))
+        selectTab(_tabs.isEmpty() ? nullptr : _tabs.first());
+    update();
+}
+
+void KQTabView::showTab(qint64 tag, qsizetype position)
+{
+    for (qsizetype i = 0; i < _hiddenTabs.size(); ++i) {
+        KQTab *tab = _hiddenTabs.at(i);
+        if (tab->tag() != tag)
+            continue;
+        // An index past the end would corrupt the list: report and keep the tab hidden.
+        KQAssert(position >= 0 && position <= _tabs.size());
+        _hiddenTabs.removeAt(i);
+        _tabs.insert(position, tab);
+        break;
+    }
+    update();
+}
+
+bool KQTabView::replaceTab(qint64 oldTag, qint64 newTag, qsizetype position)
+{
+    KQTab *shown = nullptr;
+    const QList<KQTab *> snapshot = _tabs;
+    for (qsizetype i = 0; i < snapshot.size(); ++i) {
+        if (snapshot.at(i)->tag() != newTag)
+            continue;
+        // Already where it should be: leave everything, the old tab included.
+        if (i == position)
+            return false;
+        KQAssert(position >= 0 && position < _tabs.size(), false);
+        shown = snapshot.at(i);
+        _tabs.removeAt(i);
+        _tabs.insert(position, shown);
+        break;
+    }
+    if (!shown) {
+        for (qsizetype i = 0; i < _hiddenTabs.size(); ++i) {
+            if (_hiddenTabs.at(i)->tag() != newTag)
+                continue;
+            KQAssert(position >= 0 && position <= _tabs.size(), false);
+            shown = _hiddenTabs.takeAt(i);
+            _tabs.insert(position, shown);
+            break;
+        }
+    }
+    if (hideTabSelection(oldTag))
+        selectTab(shown);
+    else
+        update();
+    return shown != nullptr;
+}
+
+QObject *KQTabView::delegate() const
+{
+    return _delegate;
+}
+
+void KQTabView::setDelegate(QObject *delegate)
+{
+    KQAssert(delegate == nullptr || qobject_cast<KQTabViewDelegate *>(delegate) != nullptr);
+    if (_delegate == delegate)
+        return;
+    _delegate = delegate;
+    Q_EMIT delegateChanged();
+}
+
+QVariant KQTabView::toolTipAtPoint(QPointF point, bool *wrapText)
+{
+    Q_UNUSED(wrapText);
+    const KQTab *tab = tabAtPoint(point);
+    if (!tab || tab->iconTooltip().isNull())
+        return QVariant();
+    return tab->iconTooltip();
+}
+
+QRectF KQTabView::tabBarRectForBounds(const QRectF &bounds)
+{
+    return KQTabBar::tabBarRectForBounds(bounds);
+}
+
+QList<QRectF> KQTabView::tabRectsForTabBarRect(const QRectF &bar) const
+{
+    return KQTabBar::tabRectsForTabBarRect(bar, _tabs.size());
+}
+
+KQTab *KQTabView::tabAtPoint(const QPointF &point) const
+{
+    const qsizetype index = KQTabBar::tabIndexAtPoint(QRectF(rect()), _tabs.size(), point);
+    return index < 0 ? nullptr : _tabs.at(index);
+}
+
+KQTab *KQTabView::pressedDownTab() const
+{
+    return m_tracker->pressedDownTab();
+}
+
+bool KQTabView::needsToDraw(const QRectF &rect) const
+{
+    return m_dirtyRegion.isEmpty() || m_dirtyRegion.intersects(rect.toAlignedRect());
+}
+
+void KQTabView::paintEvent(QPaintEvent *event)
+{
+    const QRectF bar = tabBarRectForBounds(QRectF(rect()));
+    m_dirtyRegion = event->region();
+    if (needsToDraw(bar)) {
+        QPainter painter(this);
+        drawTabBarInRect(painter, bar);
+    }
+    m_dirtyRegion = QRegion();
+}
+
+void KQTabView::drawTabBarInRect(QPainter &painter, const QRectF &bar)
+{
+    painter.save();
+    painter.fillRect(bar, palette().color(QPalette::Button));
+
+    const QList<QRectF> cells = tabRectsForTabBarRect(bar);
+    // The count is read again after every cell: drawing may not assume the
+    // list stays as it was.
+    for (qsizetype i = 0; i < _tabs.size() && i < cells.size(); ++i) {
+        if (needsToDraw(cells.at(i)))
+            drawTab(painter, _tabs.at(i), cells.at(i));
+    }
+
+    QPen separator(palette().color(QPalette::Dark), 1.0);
+    separator.setCapStyle(Qt::FlatCap);
+    painter.setPen(separator);
+    painter.setRenderHint(QPainter::Antialiasing, true);
+    const double y = bar.y() + bar.height() - 0.5;
+    painter.drawLine(QPointF(bar.x(), y), QPointF(bar.x() + bar.width(), y));
+    painter.restore();
+}
+
+namespace {
+
+// A transparency layer over cell: a transparent image at the device's pixel
+// density, painted in the tab view's coordinates and composed as one piece.
+QImage beginLayer(const QRectF &cell, qreal dpr)
+{
+    QImage layer(QSize(int(std::ceil(cell.width() * dpr)), int(std::ceil(cell.height() * dpr))),
+                 QImage::Format_ARGB32_Premultiplied);
+    layer.setDevicePixelRatio(dpr);
+    layer.fill(Qt::transparent);
+    return layer;
+}
+
+void prepareLayerPainter(QPainter &layerPainter, const QRectF &cell)
+{
+    layerPainter.translate(-cell.topLeft());
+}
+
+} // namespace
+
+void KQTabView::drawTab(QPainter &painter, KQTab *tab, const QRectF &cell)
+{
+    KQAssert(tab != nullptr);
+    // Pixels per point: the device's own density, or the painter's scale when
+    // the widget is rendered into a denser image (QWidget::render, grab).
+    const QTransform toDevice = painter.deviceTransform();
+    const qreal dpr = std::max(painter.device() ? painter.device()->devicePixelRatioF() : 1.0,
+                               std::hypot(toDevice.m11(), toDevice.m12()));
+
+    if (tab == _selectedTab) {
+        QImage layer = beginLayer(cell, dpr);
+        {
+            QPainter layerPainter(&layer);
+            prepareLayerPainter(layerPainter, cell);
+            // Darker at the left and right edges, clear in the middle...
+            QLinearGradient across(cell.left(), 0, cell.right(), 0);
+            across.setColorAt(0.0, QColor(0, 0, 0, qRound(0.2 * 255)));
+            across.setColorAt(0.1, QColor(0, 0, 0, qRound(0.1 * 255)));
+            across.setColorAt(0.5, QColor(0, 0, 0, 0));
+            across.setColorAt(0.9, QColor(0, 0, 0, qRound(0.1 * 255)));
+            across.setColorAt(1.0, QColor(0, 0, 0, qRound(0.2 * 255)));
+            layerPainter.fillRect(cell, across);
+            // ...kept only where the vertical mask is opaque, so the shading
+            // fades out toward the top and bottom of the cell.
+            QLinearGradient down(0, cell.top(), 0, cell.bottom());
+            down.setColorAt(0.0, QColor(255, 255, 255, 0));
+            down.setColorAt(0.5, QColor(255, 255, 255, 255));
+            down.setColorAt(1.0, QColor(255, 255, 255, 0));
+            layerPainter.setCompositionMode(QPainter::CompositionMode_DestinationIn);
+            layerPainter.fillRect(cell, down);
+        }
+        painter.drawImage(cell.topLeft(), layer);
+    }
+
+    const QIcon icon = tab->icon();
+    if (icon.isNull())
+        return;
+    const QRectF iconRect = KQTabBar::iconRectForCell(cell);
+    const QSize iconSize(int(KQTabBar::kIconSize), int(KQTabBar::kIconSize));
+    // Asked for at the device's density, so the icon stays sharp on high-DPI screens.
+    const QPixmap pixmap = icon.pixmap(iconSize, dpr);
+    QImage layer = beginLayer(cell, dpr);
+    {
+        QPainter layerPainter(&layer);
+        prepareLayerPainter(layerPainter, cell);
+        layerPainter.setRenderHint(QPainter::SmoothPixmapTransform, true);
+        layerPainter.drawPixmap(iconRect, pixmap, QRectF(QPointF(0, 0), QSizeF(pixmap.size())));
+        if (tab == m_tracker->pressedDownTab()) {
+            // Only where the icon has painted does the darkening land.
+            layerPainter.setCompositionMode(QPainter::CompositionMode_SourceAtop);
+            layerPainter.fillRect(cell, QColor(0, 0, 0, qRound(0.4 * 255)));
+        }
+    }
+    painter.drawImage(cell.topLeft(), layer);
+}
+
+void KQTabView::mousePressEvent(QMouseEvent *event)
+{
+    if (event->button() != Qt::LeftButton)
+        return QWidget::mousePressEvent(event);
+    modalClickTrackingLoop(event);
+}
+
+void KQTabView::mouseMoveEvent(QMouseEvent *event)
+{
+    if (!(event->buttons() & Qt::LeftButton))
+        return QWidget::mouseMoveEvent(event);
+    modalClickTrackingLoop(event);
+}
+
+void KQTabView::mouseReleaseEvent(QMouseEvent *event)
+{
+    if (event->button() != Qt::LeftButton)
+        return QWidget::mouseReleaseEvent(event);
+    modalClickTrackingLoop(event);
+}
+
+void KQTabView::modalClickTrackingLoop(QMouseEvent *event)
+{
+    // Qt hands the press, the drags and the release to this widget one by one
+    // (it grabs the mouse on press), so the loop runs as one step per event.
+    KQTab *underPointer = tabAtPoint(event->position());
+    const KQTabClickTracker::Step step =
+        m_tracker->track(underPointer, event->type() == QEvent::MouseButtonRelease);
+    if (step.pressedChanged)
+        update(tabBarRectForBounds(QRectF(rect())).toAlignedRect());
+    if (!step.finished)
+        return;
+    const QPointer<KQTab> selection = step.selection;
+    if (selection)
+        selectTab(selection);
+    m_tracker->reset();
+    if (selection)
+        update(tabBarRectForBounds(QRectF(rect())).toAlignedRect());
+    event->accept();
+}

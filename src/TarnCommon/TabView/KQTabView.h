@@ -1,0 +1,154 @@
+#pragma once
+
+#include <TarnCommon/TarnCommonExport.h>
+#include <TarnCommon/ToolTipping_ZL.h>
+
+#include <QtCore/QHash>
+#include <QtCore/QList>
+#include <QtCore/QPointer>
+#include <QtCore/QSizeF>
+#include <QtGui/QAccessible>
+#include <QtGui/QRegion>
+#include <QtWidgets/QWidget>
+
+#include <memory>
+
+class KQAccessibility;
+class KQTab;
+class KQTabClickTracker;
+class KQTabView;
+class QPainter;
+
+// Told about every selection change of a KQTabView, before the old tab's
+// widget is taken down and after the new one is installed. Implemented by a
+// QObject that lists it in Q_INTERFACES(KQTabViewDelegate).
+class TARNCOMMON_EXPORT KQTabViewDelegate
+{
+public:
+    virtual ~KQTabViewDelegate();
+    virtual void tabViewWillChangeToTab(KQTabView *tabView, KQTab *toTab, KQTab *fromTab) = 0;
+    virtual void tabViewDidChangeToTab(KQTabView *tabView, KQTab *toTab, KQTab *fromTab) = 0;
+};
+
+#define KQTabViewDelegate_iid "org.tarn.TarnCommon.KQTabViewDelegate/1.0"
+Q_DECLARE_INTERFACE(KQTabViewDelegate, KQTabViewDelegate_iid)
+
+// A widget showing one of several content widgets at a time, chosen with a
+// strip of icon tabs along its top edge (the tab bar, 27 points high).
+//
+// Tabs can be hidden from the bar and shown again by tag; every operation
+// taking a tag acts on the first tab (in list order) carrying it. Tabs
+// without a parent are adopted by the tab view; a destroyed tab simply drops
+// out of it. The selected tab's widget becomes a child of the tab view and
+// fills everything below the bar; the widget of a tab that is no longer
+// selected is hidden but stays a child, so the tab view keeps it alive.
+//
+// With the "enableScriptingAutomationTesting" setting on (see
+// KQAccessibility), the bar is exposed to accessibility clients as a group
+// "TabView Group" holding one button per visible tab.
+class TARNCOMMON_EXPORT KQTabView : public QWidget, public ToolTipping_ZL
+{
+    Q_OBJECT
+    Q_INTERFACES(ToolTipping_ZL)
+    Q_PROPERTY(QObject *delegate READ delegate WRITE setDelegate NOTIFY delegateChanged)
+    Q_PROPERTY(KQTab *selectedTab READ selectedTab NOTIFY selectedTabChanged)
+    Q_PROPERTY(KQAccessibility *kqAccessibilityTabView READ kqAccessibilityTabView WRITE
+                   setKqAccessibilityTabView NOTIFY kqAccessibilityTabViewChanged)
+
+public:
+    static constexpr double kTabBarHeight = 27.0;
+
+    // The frame a tab view needs for content of the given size.
+    static QSizeF frameSizeForTabViewSize(const QSizeF &size);
+
+    // An empty tab view with the given frame.
+    explicit KQTabView(QWidget *parent = nullptr);
+    explicit KQTabView(const QRect &frame, QWidget *parent = nullptr);
+    // A tab view sized for the largest content widget of the tabs (widths and
+    // heights taken independently), with the first tab selected.
+    explicit KQTabView(const QList<KQTab *> &tabs, QWidget *parent = nullptr);
+    ~KQTabView() override;
+
+    // Replaces the visible tabs (hidden ones stay hidden) and selects the first.
+    void setTabs(const QList<KQTab *> &tabs);
+    QList<KQTab *> tabs() const;
+    QList<KQTab *> hiddenTabs() const;
+    KQTab *selectedTab() const;
+
+    // Installs tab's widget, telling the delegate before and after. Selecting
+    // the selected tab again reinstalls it. A tab that is not visible here is
+    // refused with an assertion report.
+    void selectTab(KQTab *tab);
+
+    // Moves the tab tagged newTag to position (from the bar or from the
+    // hidden tabs) and hides the tab tagged oldTag; answers whether the new
+    // tab was found. When the new tab already sits at position nothing
+    // happens at all and the answer is false.
+    bool replaceTab(qint64 oldTag, qint64 newTag, qsizetype position);
+    // Hides the tab; if it was selected, the first visible tab is selected.
+    void hideTab(qint64 tag);
+    // Shows a hidden tab at position; the selection does not change.
+    void showTab(qint64 tag, qsizetype position);
+    // Hides the tab without touching the selection; answers whether it was
+    // the selected one, so the caller can choose a new selection.
+    bool hideTabSelection(qint64 tag);
+
+    void setUpSelectedTab();
+    void tearDownSelectedTab();
+
+    QObject *delegate() const;
+    // delegate must implement KQTabViewDelegate; it is not owned.
+    void setDelegate(QObject *delegate);
+
+    // The icon tooltip of the tab under point (a QString), or an invalid
+    // QVariant. wrapText is left alone.
+    QVariant toolTipAtPoint(QPointF point, bool *wrapText) override;
+
+    // The tab bar.
+    static QRectF tabBarRectForBounds(const QRectF &bounds);
+    QList<QRectF> tabRectsForTabBarRect(const QRectF &bar) const;
+    KQTab *tabAtPoint(const QPointF &point) const;
+    // The tab under the pointer while the mouse button is down, else null.
+    KQTab *pressedDownTab() const;
+    void drawTabBarInRect(QPainter &painter, const QRectF &bar);
+    void drawTab(QPainter &painter, KQTab *tab, const QRectF &cell);
+
+    // Accessibility.
+    void initializeAccessibility();
+    void setupKQAccessibilityHierarchy();
+    // The tab view's accessible children, the group's buttons rebuilt first.
+    QList<QAccessibleInterface *> accessibilityChildren();
+    KQAccessibility *kqAccessibilityTabView() const;
+    void setKqAccessibilityTabView(KQAccessibility *accessibility);
+
+Q_SIGNALS:
+    void delegateChanged();
+    void selectedTabChanged(KQTab *tab);
+    void kqAccessibilityTabViewChanged();
+
+protected:
+    void paintEvent(QPaintEvent *event) override;
+    void mousePressEvent(QMouseEvent *event) override;
+    void mouseMoveEvent(QMouseEvent *event) override;
+    void mouseReleaseEvent(QMouseEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
+
+    // One step of click tracking; press, drag and release all come here.
+    void modalClickTrackingLoop(QMouseEvent *event);
+
+private:
+    void init();
+    void adopt(KQTab *tab);
+    void forgetTab(QObject *tab);
+    bool needsToDraw(const QRectF &rect) const;
+    QAccessible::Id accessibilityButtonFor(KQTab *tab);
+
+    QList<KQTab *> _tabs;
+    QList<KQTab *> _hiddenTabs;
+    QPointer<KQTab> _selectedTab;
+    QPointer<QObject> _delegate;
+    QPointer<KQAccessibility> _kqAccessibilityTabView;
+    std::unique_ptr<KQTabClickTracker> m_tracker;
+    QRegion m_dirtyRegion; // during paintEvent; empty means draw everything
+    QHash<const QObject *, QAccessible::Id> m_accessibilityButtons;
+};

@@ -1,0 +1,14 @@
+tarncommon_add_files(
+    PUBLIC
+        KQTab.h
+        KQTabView.h
+        KQAccessibility.h
+    PRIVATE
+        KQTab.cpp
+        KQTabView.cpp
+        KQTabViewAccessibility.cpp
+        KQTabBarGeometry_p.h
+        KQTabBarGeometry.cpp
+        KQAccessibility.cpp
+        KQAccessibleWidget_p.h
+        KQAccessibleWidget.cpp)

@@ -1,0 +1,110 @@
+#pragma once
+
+#include <TarnCommon/KQTab.h>
+#include <TarnCommon/KQTabView.h>
+
+#include <QtCore/QFile>
+#include <QtCore/QStringList>
+#include <QtCore/QTemporaryFile>
+#include <QtGui/QIcon>
+#include <QtGui/QImage>
+#include <QtGui/QPixmap>
+
+#include <cstdio>
+#include <unistd.h>
+
+// A tab with its own content widget of the given size, owned by owner.
+inline KQTab *makeTab(QObject *owner, qint64 tag, const QString &tooltip = QString(), QSize viewSize = {100, 50})
+{
+    auto *tab = new KQTab(owner);
+    auto *view = new QWidget;
+    view->resize(viewSize);
+    view->setObjectName(QStringLiteral("view%1").arg(tag));
+    // The widget is freed with the tab unless a tab view adopted it.
+    QObject::connect(tab, &QObject::destroyed, view, [view] {
+        if (!view->parent())
+            delete view;
+    });
+    tab->setView(view);
+    tab->setTag(tag);
+    tab->setIconTooltip(tooltip);
+    return tab;
+}
+
+// An opaque 16 x 16 square with a transparent top-left quadrant.
+inline QIcon makeIcon(const QColor &color)
+{
+    QImage image(16, 16, QImage::Format_ARGB32_Premultiplied);
+    image.fill(color);
+    for (int y = 0; y < 8; ++y)
+        for (int x = 0; x < 8; ++x)
+            image.setPixelColor(x, y, Qt::transparent);
+    return QIcon(QPixmap::fromImage(image));
+}
+
+// Records the delegate messages, with what was installed when each came.
+class RecordingDelegate : public QObject, public KQTabViewDelegate
+{
+    Q_OBJECT
+    Q_INTERFACES(KQTabViewDelegate)
+public:
+    QStringList log;
+
+    void tabViewWillChangeToTab(KQTabView *tabView, KQTab *toTab, KQTab *fromTab) override
+    {
+        log << describe(QStringLiteral("will"), tabView, toTab, fromTab);
+    }
+    void tabViewDidChangeToTab(KQTabView *tabView, KQTab *toTab, KQTab *fromTab) override
+    {
+        log << describe(QStringLiteral("did"), tabView, toTab, fromTab);
+    }
+
+private:
+    // "will 2<-1 shown:view1" : the message, the tags and the visible child.
+    static QString describe(const QString &what, KQTabView *tabView, KQTab *to, KQTab *from)
+    {
+        QString shown;
+        for (QWidget *child : tabView->findChildren<QWidget *>(Qt::FindDirectChildrenOnly)) {
+            if (!child->isHidden())
+                shown += child->objectName();
+        }
+        const auto tag = [](KQTab *tab) { return tab ? QString::number(tab->tag()) : QStringLiteral("-"); };
+        return QStringLiteral("%1 %2<-%3 shown:%4").arg(what, tag(to), tag(from), shown);
+    }
+};
+
+// Collects what is written to standard error while alive.
+class StderrCapture
+{
+public:
+    StderrCapture()
+    {
+        m_file.open();
+        std::fflush(stderr);
+        m_saved = dup(fileno(stderr));
+        dup2(m_file.handle(), fileno(stderr));
+    }
+    ~StderrCapture() { restore(); }
+
+    QString text()
+    {
+        restore();
+        QFile read(m_file.fileName());
+        read.open(QIODevice::ReadOnly);
+        return QString::fromUtf8(read.readAll());
+    }
+
+private:
+    void restore()
+    {
+        if (m_saved < 0)
+            return;
+        std::fflush(stderr);
+        dup2(m_saved, fileno(stderr));
+        close(m_saved);
+        m_saved = -1;
+    }
+
+    QTemporaryFile m_file;
+    int m_saved = -1;
+};
