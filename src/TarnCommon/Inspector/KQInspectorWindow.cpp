@@ -113,6 +113,7 @@ public:
     QList<QObject *> lookupChain() const;
     void restoreFrame();
     void scheduleFrameSave();
+    void focusWindowChanged(QWindow *window);
 
     KQInspectorWindow *q;
     QWidget *contentView = nullptr;
@@ -144,6 +145,8 @@ KQInspectorWindow::KQInspectorWindow(QWidget *parent)
     , d(std::make_unique<Private>(this))
 {
     setObjectName(QStringLiteral("KQInspectorWindow"));
+    // Coming on screen must not take the focus from the document it inspects.
+    setAttribute(Qt::WA_ShowWithoutActivating);
     setWindowTitle(QCoreApplication::translate("TarnCommon", "Inspector"));
     d->contentView = new ContentView(this);
     d->frameSaveTimer = new QTimer(this);
@@ -151,6 +154,14 @@ KQInspectorWindow::KQInspectorWindow(QWidget *parent)
     d->frameSaveTimer->setInterval(0);
     connect(d->frameSaveTimer, &QTimer::timeout, this, &KQInspectorWindow::saveFrameNow);
 
+    // The main window is remembered from the start, so that it is known even
+    // while a dialog or the inspector itself has the focus.
+    if (auto *application = qobject_cast<QGuiApplication *>(QCoreApplication::instance())) {
+        connect(application, &QGuiApplication::focusWindowChanged, this,
+                [this](QWindow *window) { d->focusWindowChanged(window); });
+    }
+    if (canBecomeMain(QApplication::activeWindow()))
+        d->lastMainWindow = QApplication::activeWindow();
     m_appIsActive = QGuiApplication::applicationState() == Qt::ApplicationActive;
     d->lastApplicationState = QGuiApplication::applicationState();
 
@@ -376,8 +387,10 @@ void KQInspectorWindow::Private::applySizeConstraints()
         q->setMaximumSize(QWIDGETSIZE_MAX, QWIDGETSIZE_MAX);
         return;
     }
-    q->setMinimumSize(minimum);
-    q->setMaximumSize(maximum);
+    // The limits bind the user only: a window already outside them keeps its
+    // size until the user resizes it.
+    q->setMinimumSize(minimum.boundedTo(q->size()));
+    q->setMaximumSize(maximum.expandedTo(q->size()));
     q->setSizeIncrement(toPixels(q->m_resizeIncrements).boundedTo(QSize(1, 1)));
 }
 
@@ -492,21 +505,6 @@ void KQInspectorWindow::startTrackingResponderChain()
     d->tracking = true;
     auto *application = qobject_cast<QGuiApplication *>(QCoreApplication::instance());
     KQAssert(application != nullptr);
-    connect(application, &QGuiApplication::focusWindowChanged, this, [this](QWindow *window) {
-        if (!window)
-            return;
-        QObject *object = window;
-        const QList<QWidget *> windows = QApplication::topLevelWidgets();
-        for (QWidget *widget : windows) {
-            if (widget->windowHandle() == window) {
-                object = widget;
-                if (canBecomeMain(widget))
-                    d->lastMainWindow = widget;
-                break;
-            }
-        }
-        updateFocusOwner(object);
-    });
     connect(application, &QGuiApplication::applicationStateChanged, this, [this](Qt::ApplicationState state) {
         const bool wasActive = d->lastApplicationState == Qt::ApplicationActive;
         d->lastApplicationState = state;
@@ -517,8 +515,24 @@ void KQInspectorWindow::startTrackingResponderChain()
     });
     connect(application, &QCoreApplication::aboutToQuit, this, &KQInspectorWindow::saveFrameNow);
     application->installEventFilter(this);
-    if (canBecomeMain(QApplication::activeWindow()))
-        d->lastMainWindow = QApplication::activeWindow();
+}
+
+void KQInspectorWindow::Private::focusWindowChanged(QWindow *window)
+{
+    if (!window)
+        return;
+    QObject *object = window;
+    const QList<QWidget *> windows = QApplication::topLevelWidgets();
+    for (QWidget *widget : windows) {
+        if (widget->windowHandle() == window) {
+            object = widget;
+            if (canBecomeMain(widget))
+                lastMainWindow = widget;
+            break;
+        }
+    }
+    if (tracking)
+        q->updateFocusOwner(object);
 }
 
 bool KQInspectorWindow::eventFilter(QObject *watched, QEvent *event)

@@ -7,6 +7,7 @@
 #include <QtCore/QPointer>
 #include <QtCore/QSizeF>
 
+#include <limits>
 #include <memory>
 
 class KQInspectorMode;
@@ -144,9 +145,9 @@ private:
 
     qint64 m_level = defaultWindowLevel();
     int m_styleMask = Titled | Closable | Resizable;
-    QSizeF m_contentMinSize;
-    QSizeF m_contentMaxSize;
-    QSizeF m_resizeIncrements;
+    QSizeF m_contentMinSize{0, 0};
+    QSizeF m_contentMaxSize{std::numeric_limits<double>::max(), std::numeric_limits<double>::max()};
+    QSizeF m_resizeIncrements{1, 1};
     bool m_showsResizeIndicator = true;
     bool m_hidesOnDeactivate = true;
     QString m_frameAutosaveName;
