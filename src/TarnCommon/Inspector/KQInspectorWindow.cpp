@@ -177,8 +177,11 @@ KQInspectorWindow::~KQInspectorWindow()
 {
     if (d->frameSaveTimer->isActive())
         saveFrameNow();
-    if (d->tracking)
-        qApp->removeEventFilter(this);
+    // Nothing the application says may reach this window once it is going.
+    if (QCoreApplication *application = QCoreApplication::instance()) {
+        application->removeEventFilter(this);
+        disconnect(application, nullptr, this, nullptr);
+    }
     disconnect(d->ownerGuard);
     tearDownCurrentMode();
     d->silentVisibility = true;

@@ -27,40 +27,36 @@ int pixels(double value)
     return static_cast<int>(std::lround(value));
 }
 
+// Reads the frame, lets change alter one component and sets it back, so the
+// widget's usual resize and repaint follow; nothing for nullptr.
+template<typename Change>
+void changeFrame(QWidget *view, Change change)
+{
+    if (!view)
+        return;
+    QRect frame = view->geometry();
+    change(frame);
+    view->setGeometry(frame);
+}
+
 } // namespace
 
 void setP_width(QWidget *view, double width)
 {
-    if (!view)
-        return;
-    QRect frame = view->geometry();
-    frame.setWidth(pixels(width));
-    view->setGeometry(frame);
+    changeFrame(view, [width](QRect &frame) { frame.setWidth(pixels(width)); });
 }
 
 void setP_height(QWidget *view, double height)
 {
-    if (!view)
-        return;
-    QRect frame = view->geometry();
-    frame.setHeight(pixels(height));
-    view->setGeometry(frame);
+    changeFrame(view, [height](QRect &frame) { frame.setHeight(pixels(height)); });
 }
 
 void setP_originX(QWidget *view, double x)
 {
-    if (!view)
-        return;
-    QRect frame = view->geometry();
-    frame.moveLeft(pixels(x));
-    view->setGeometry(frame);
+    changeFrame(view, [x](QRect &frame) { frame.moveLeft(pixels(x)); });
 }
 
 void setP_originY(QWidget *view, double y)
 {
-    if (!view)
-        return;
-    QRect frame = view->geometry();
-    frame.moveTop(pixels(y));
-    view->setGeometry(frame);
+    changeFrame(view, [y](QRect &frame) { frame.moveTop(pixels(y)); });
 }
