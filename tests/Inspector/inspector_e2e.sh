@@ -10,5 +10,6 @@ chmod 700 "$state/runtime"
 export XDG_RUNTIME_DIR="$state/runtime"
 export QT_QPA_PLATFORM=xcb
 export QT_STYLE_OVERRIDE=Fusion
+export QT_QPA_PLATFORMTHEME=
 xvfb-run -a -s "-screen 0 1280x800x24" "$helper" --first "$state/frame"
 xvfb-run -a -s "-screen 0 1280x800x24" "$helper" --second "$state/frame"

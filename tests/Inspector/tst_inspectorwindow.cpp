@@ -14,6 +14,7 @@
 #include <QtWidgets/QDialog>
 #include <QtWidgets/QFileDialog>
 #include <QtWidgets/QMessageBox>
+#include <QtWidgets/QSizeGrip>
 
 #include <limits>
 #include <memory>
@@ -332,6 +333,7 @@ void tst_InspectorWindow::resizableModeKeepsTopEdge()
     QCOMPARE(inspector->resizeIncrements(), QSizeF(1, 1));
     QVERIFY(inspector->styleMask() & KQInspectorWindow::Resizable);
     QVERIFY(inspector->showsResizeIndicator());
+    QVERIFY(inspector->findChild<QSizeGrip *>()->isVisible());
     QCOMPARE(inspector->minimumSize(), QSize(200, 100));
     QCOMPARE(inspector->maximumSize(), QSize(400, 300));
 }
@@ -348,6 +350,7 @@ void tst_InspectorWindow::nonResizableModeTakesViewSize()
     inspector->setFocusOwner(&owner);
     QCOMPARE(inspector->geometry(), QRect(100, 200, 250, 180));
     QVERIFY(!inspector->showsResizeIndicator());
+    QVERIFY(!inspector->findChild<QSizeGrip *>()->isVisible());
     QCOMPARE(inspector->styleMask() & KQInspectorWindow::Resizable, 0);
     QCOMPARE(inspector->styleMask(), KQInspectorWindow::Titled | KQInspectorWindow::Closable);
     const double largest = std::numeric_limits<double>::max();

@@ -21,6 +21,7 @@
 #include <QtWidgets/QDialog>
 #include <QtWidgets/QFileDialog>
 #include <QtWidgets/QMessageBox>
+#include <QtWidgets/QSizeGrip>
 
 #include <limits>
 
@@ -117,6 +118,7 @@ public:
 
     KQInspectorWindow *q;
     QWidget *contentView = nullptr;
+    QSizeGrip *resizeIndicator = nullptr;
     QTimer *frameSaveTimer = nullptr;
     QList<QMetaObject::Connection> observations;
     QMetaObject::Connection modeGuard;
@@ -149,6 +151,8 @@ KQInspectorWindow::KQInspectorWindow(QWidget *parent)
     setAttribute(Qt::WA_ShowWithoutActivating);
     setWindowTitle(QCoreApplication::translate("TarnCommon", "Inspector"));
     d->contentView = new ContentView(this);
+    d->resizeIndicator = new QSizeGrip(this);
+    d->resizeIndicator->resize(d->resizeIndicator->sizeHint());
     d->frameSaveTimer = new QTimer(this);
     d->frameSaveTimer->setSingleShot(true);
     d->frameSaveTimer->setInterval(0);
@@ -332,6 +336,7 @@ void KQInspectorWindow::Private::applyIsResizable()
         return;
     const bool resizable = q->m_mode->isResizable();
     q->m_showsResizeIndicator = resizable;
+    resizeIndicator->setVisible(resizable);
     if (resizable) {
         q->m_contentMinSize = q->m_mode->minSize();
         q->m_contentMaxSize = q->m_mode->maxSize();
@@ -721,5 +726,7 @@ void KQInspectorWindow::resizeEvent(QResizeEvent *event)
 {
     NSWindow_ZL::resizeEvent(event);
     d->contentView->setGeometry(rect());
+    d->resizeIndicator->move(rect().bottomRight() - d->resizeIndicator->rect().bottomRight());
+    d->resizeIndicator->raise();
     d->scheduleFrameSave();
 }
