@@ -292,6 +292,8 @@ void tst_InspectorWindow::lookupAsksKeyWindowThenMainWindow()
     QCOMPARE(inspector->mainWindow(), &document);
     inspector->updateFocusOwner(&dialog);
     QCOMPARE(inspector->focusOwner(), &owner);
+    document.hide(); // a main window that left the screen is no main window
+    QCOMPARE(inspector->mainWindow(), nullptr);
 
     // A controller attached to a plain window answers for it.
     QStringList otherLog;

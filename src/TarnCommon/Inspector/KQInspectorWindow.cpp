@@ -503,7 +503,8 @@ QWidget *KQInspectorWindow::mainWindow() const
     QWidget *active = QApplication::activeWindow();
     if (canBecomeMain(active))
         return active;
-    return d->lastMainWindow.data();
+    QWidget *last = d->lastMainWindow.data();
+    return last && last->isVisible() ? last : nullptr;
 }
 
 void KQInspectorWindow::startTrackingResponderChain()

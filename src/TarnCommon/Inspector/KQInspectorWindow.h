@@ -25,6 +25,29 @@ class QMessageBox;
 // Use sharedInspectorWindow(); it is made hidden on first use, comes back
 // where the user left it, and is never destroyed (closing only hides it).
 //
+// Driving it from a document window takes a controller and a mode:
+//
+//     class DocumentController : public QObject, public KQInspectorFocusOwner
+//     {
+//         Q_OBJECT
+//         Q_INTERFACES(KQInspectorFocusOwner)
+//     public:
+//         explicit DocumentController(QWidget *window) : QObject(window)
+//         { kq_setWindowController(window, this); }
+//         // Found along the responder chain of the focused window.
+//         Q_INVOKABLE QObject *inspectorFocusOwner() { return this; }
+//         KQInspectorMode *willGainFocusOfInspector(KQInspectorWindow *) override
+//         {
+//             if (!m_mode)
+//                 m_mode = new MyMode(this); // a KQInspectorMode subclass
+//             return m_mode;
+//         }
+//     private:
+//         QPointer<KQInspectorMode> m_mode;
+//     };
+//
+//     KQInspectorWindow::sharedInspectorWindow()->orderFont(); // show it
+//
 // Modes are owned by whoever made them (usually the focus owner); a mode
 // whose parent is the inspector window itself is deleted when it is swapped
 // out. Owners and modes may be destroyed at any time: the inspector then
