@@ -14,7 +14,6 @@
 
 #include <QtCore/QMetaMethod>
 #include <QtCore/QTimer>
-#include <QtGui/QCloseEvent>
 #include <QtGui/QScreen>
 #include <QtGui/QWindow>
 #include <QtWidgets/QApplication>
