@@ -1,5 +1,5 @@
 tarncommon_add_files(
     PUBLIC
-        KQGeometry.h
+        KQGeometry.h KQImageDrawing.h
     PRIVATE
-        KQGeometry.cpp)
+        KQGeometry.cpp KQImageDrawing.cpp)

@@ -1,0 +1,151 @@
+#include <TarnCommon/KQEmptyInspectorMode.h>
+
+#include <TarnCommon/KQImageDrawing.h>
+
+#include <QtCore/QCoreApplication>
+#include <QtCore/QTimer>
+#include <QtGui/QTextCursor>
+#include <QtGui/QTextDocument>
+#include <QtGui/QTextFrame>
+#include <QtWidgets/QTextEdit>
+
+#include <limits>
+
+QIcon kq_documentIconOfWindow(const QWidget *window)
+{
+    if (!window || window->window()->windowFilePath().isEmpty())
+        return QIcon();
+    return window->window()->windowIcon();
+}
+
+namespace {
+
+// The title as the window shows it: the modification marker placeholder is
+// not part of it.
+QString displayedTitle(const QWidget *window)
+{
+    QString title = window->windowTitle();
+    title.replace(QLatin1String("[*]"), window->isWindowModified() ? QStringLiteral("*") : QString());
+    return title;
+}
+
+// The text sits 20 points below the top and above the bottom, flush with the
+// sides.
+void applyTextContainerInset(QTextDocument *document)
+{
+    document->setDocumentMargin(0);
+    QTextFrameFormat inset = document->rootFrame()->frameFormat();
+    inset.setTopMargin(20);
+    inset.setBottomMargin(20);
+    inset.setLeftMargin(0);
+    inset.setRightMargin(0);
+    document->rootFrame()->setFrameFormat(inset);
+}
+
+} // namespace
+
+KQEmptyInspectorMode::KQEmptyInspectorMode(QWidget *focusedWindow, QObject *parent)
+    : KQInspectorMode(parent)
+    , m_window(focusedWindow)
+{
+}
+
+KQEmptyInspectorMode::~KQEmptyInspectorMode()
+{
+    stopTimer();
+}
+
+QSizeF KQEmptyInspectorMode::minSize() const
+{
+    return QSizeF(50, 50);
+}
+
+QSizeF KQEmptyInspectorMode::maxSize() const
+{
+    const double largest = std::numeric_limits<double>::max();
+    return QSizeF(largest, largest);
+}
+
+void KQEmptyInspectorMode::modeWillShow()
+{
+    stopTimer();
+    auto *timer = new QTimer(this);
+    timer->setInterval(refreshInterval);
+    connect(timer, &QTimer::timeout, this, &KQEmptyInspectorMode::update);
+    timer->start();
+    m_timer = timer;
+    update(); // built at once, not two seconds later
+}
+
+void KQEmptyInspectorMode::modeWasHidden()
+{
+    stopTimer();
+}
+
+void KQEmptyInspectorMode::stopTimer()
+{
+    delete m_timer.data();
+    m_timer = nullptr;
+}
+
+void KQEmptyInspectorMode::loadView()
+{
+    if (!m_textView) {
+        auto *textView = new QTextEdit;
+        textView->setGeometry(0, 0, 0, 0);
+        textView->setFrameShape(QFrame::NoFrame);
+        textView->viewport()->setAutoFillBackground(false);
+        textView->setAutoFillBackground(false);
+        textView->setReadOnly(true);
+        textView->setTextInteractionFlags(Qt::NoTextInteraction);
+        textView->setFocusPolicy(Qt::NoFocus);
+        textView->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+        textView->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+        m_textView = textView;
+    }
+    setView(m_textView.data());
+}
+
+void KQEmptyInspectorMode::update()
+{
+    QString title = m_window ? displayedTitle(m_window.data()) : QString();
+    if (title.isEmpty())
+        title = QStringLiteral("?");
+    if (title == m_lastWindowTitle)
+        return;
+    m_lastWindowTitle = title;
+    if (!m_textView)
+        view();
+
+    QTextDocument *document = m_textView->document();
+    document->clear();
+    applyTextContainerInset(document);
+    QTextCursor cursor(document);
+    cursor.insertText(QCoreApplication::translate("TarnCommon", "Inspector not available for window:"));
+    cursor.insertText(QStringLiteral("\n"));
+    double baselineOffset = 0.0;
+    const QIcon icon = kq_documentIconOfWindow(m_window.data());
+    if (!icon.isNull()) {
+        const QImage image = icon.pixmap(documentIconSize, documentIconSize)
+                                 .toImage()
+                                 .scaled(documentIconSize, documentIconSize, Qt::IgnoreAspectRatio,
+                                         Qt::SmoothTransformation);
+        cursor.insertFragment(q_IMAGE_attributed_string_from_image(image));
+        cursor.insertText(QStringLiteral(" "), QTextCharFormat());
+        baselineOffset = titleBaselineOffset;
+    }
+    QTextCharFormat titleFormat;
+    titleFormat.setProperty(BaselineOffsetProperty, baselineOffset);
+    if (baselineOffset != 0.0) {
+        // Qt raises text by a percentage of the font's height.
+        const QFontMetricsF metrics(m_textView->font());
+        titleFormat.setBaselineOffset(100.0 * baselineOffset / metrics.height());
+    }
+    cursor.insertText(title, titleFormat);
+
+    QTextCursor all(document);
+    all.select(QTextCursor::Document);
+    QTextBlockFormat centred;
+    centred.setAlignment(Qt::AlignHCenter);
+    all.mergeBlockFormat(centred);
+}

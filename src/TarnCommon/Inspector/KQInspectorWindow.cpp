@@ -1,0 +1,732 @@
+#include <TarnCommon/KQInspectorWindow.h>
+
+#include "KQInspectorLayout_p.h"
+
+#include <TarnCommon/ConstrainFrameRectToScreen_ZL.h>
+#include <TarnCommon/KQAssert.h>
+#include <TarnCommon/KQEmptyInspectorMode.h>
+#include <TarnCommon/KQInspectorFocusOwner.h>
+#include <TarnCommon/KQInspectorMode.h>
+#include <TarnCommon/KQLog.h>
+#include <TarnCommon/KQScreenSpace.h>
+#include <TarnCommon/KQSettings.h>
+#include <TarnCommon/KQWindowDelegate.h>
+
+#include <QtCore/QMetaMethod>
+#include <QtCore/QTimer>
+#include <QtGui/QScreen>
+#include <QtGui/QWindow>
+#include <QtWidgets/QApplication>
+#include <QtWidgets/QDialog>
+#include <QtWidgets/QFileDialog>
+#include <QtWidgets/QMessageBox>
+#include <QtWidgets/QSizeGrip>
+
+#include <limits>
+
+const char *const KQInspectorWindow::frameAutosaveKey = "QN.sharedInspectorWindow.frame";
+
+namespace {
+
+QPointer<KQInspectorWindow> g_sharedInspectorWindow;
+
+// The content view: the mode's view fills it as the user resizes the window.
+class ContentView : public QWidget
+{
+public:
+    using QWidget::QWidget;
+
+protected:
+    void resizeEvent(QResizeEvent *event) override
+    {
+        QWidget::resizeEvent(event);
+        const QList<QWidget *> views = findChildren<QWidget *>(Qt::FindDirectChildrenOnly);
+        for (QWidget *view : views)
+            view->resize(size());
+    }
+};
+
+KQInspectorFocusOwner *asFocusOwner(QObject *object)
+{
+    return qobject_cast<KQInspectorFocusOwner *>(object);
+}
+
+// Sends an optional hook that a mode declares by name only when it wants it.
+void performIfResponds(QObject *object, QByteArrayView name)
+{
+    const int index = kq_indexOfMethodNamed(object, name);
+    if (index < 0)
+        return;
+    const QMetaMethod method = object->metaObject()->method(index);
+    if (method.parameterCount() != 0) {
+        ZLLogWarning("%s::%s must take no arguments to be called by the inspector",
+                     object->metaObject()->className(), method.name().constData());
+        return;
+    }
+    method.invoke(object, Qt::DirectConnection);
+}
+
+// Widgets live on whole pixels; sizes beyond them mean "no limit".
+int toPixels(double value)
+{
+    if (!(value > 0))
+        return 0;
+    if (value >= QWIDGETSIZE_MAX)
+        return QWIDGETSIZE_MAX;
+    return static_cast<int>(std::lround(value));
+}
+
+QSize toPixels(const QSizeF &size)
+{
+    return QSize(toPixels(size.width()), toPixels(size.height()));
+}
+
+bool canBecomeMain(const QWidget *window)
+{
+    return window && window->isWindow() && !qobject_cast<const KQInspectorWindow *>(window)
+           && !qobject_cast<const QDialog *>(window) && !(window->windowType() == Qt::Popup)
+           && !(window->windowType() == Qt::ToolTip);
+}
+
+} // namespace
+
+class KQInspectorWindow::Private
+{
+public:
+    explicit Private(KQInspectorWindow *q)
+        : q(q)
+    {
+    }
+
+    void observe(KQInspectorMode *mode);
+    void stopObserving();
+    void applyIsResizable();
+    void applyMinSize();
+    void applyMaxSize();
+    void applyTitle();
+    void applyWindowLevel();
+    void applySizeConstraints();
+    void setContentGeometry(const QRect &content);
+    QMargins frameMargins() const;
+    void modeDestroyed();
+    void focusOwnerDestroyed();
+    QList<QObject *> lookupChain() const;
+    void restoreFrame();
+    void scheduleFrameSave();
+    void focusWindowChanged(QWindow *window);
+
+    KQInspectorWindow *q;
+    QWidget *contentView = nullptr;
+    QSizeGrip *resizeIndicator = nullptr;
+    QTimer *frameSaveTimer = nullptr;
+    QList<QMetaObject::Connection> observations;
+    QMetaObject::Connection modeGuard;
+    QMetaObject::Connection ownerGuard;
+    QPointer<QWidget> lastMainWindow;
+    bool tracking = false;
+    bool silentVisibility = false;
+    bool hiddenByDeactivation = false;
+    bool restoringFrame = false;
+    Qt::ApplicationState lastApplicationState = Qt::ApplicationInactive;
+};
+
+KQInspectorWindow *KQInspectorWindow::sharedInspectorWindow()
+{
+    if (!g_sharedInspectorWindow) {
+        // Lives until the process ends, like the application's own windows.
+        g_sharedInspectorWindow = new KQInspectorWindow;
+        g_sharedInspectorWindow->setFrameAutosaveName(QString::fromLatin1(frameAutosaveKey));
+        g_sharedInspectorWindow->startTrackingResponderChain();
+    }
+    return g_sharedInspectorWindow.data();
+}
+
+KQInspectorWindow::KQInspectorWindow(QWidget *parent)
+    : NSWindow_ZL(parent, Qt::Tool | Qt::WindowStaysOnTopHint)
+    , d(std::make_unique<Private>(this))
+{
+    setObjectName(QStringLiteral("KQInspectorWindow"));
+    // Coming on screen must not take the focus from the document it inspects.
+    setAttribute(Qt::WA_ShowWithoutActivating);
+    setWindowTitle(QCoreApplication::translate("TarnCommon", "Inspector"));
+    d->contentView = new ContentView(this);
+    d->resizeIndicator = new QSizeGrip(this);
+    d->resizeIndicator->resize(d->resizeIndicator->sizeHint());
+    d->frameSaveTimer = new QTimer(this);
+    d->frameSaveTimer->setSingleShot(true);
+    d->frameSaveTimer->setInterval(0);
+    connect(d->frameSaveTimer, &QTimer::timeout, this, &KQInspectorWindow::saveFrameNow);
+
+    // The main window is remembered from the start, so that it is known even
+    // while a dialog or the inspector itself has the focus.
+    if (auto *application = qobject_cast<QGuiApplication *>(QCoreApplication::instance())) {
+        connect(application, &QGuiApplication::focusWindowChanged, this,
+                [this](QWindow *window) { d->focusWindowChanged(window); });
+    }
+    if (canBecomeMain(QApplication::activeWindow()))
+        d->lastMainWindow = QApplication::activeWindow();
+    m_appIsActive = QGuiApplication::applicationState() == Qt::ApplicationActive;
+    d->lastApplicationState = QGuiApplication::applicationState();
+
+    // 300 x 300 of content, centred on the primary screen.
+    const QScreen *screen = QGuiApplication::primaryScreen();
+    QRect content(0, 0, 300, 300);
+    if (screen)
+        content.moveCenter(screen->availableGeometry().center());
+    d->setContentGeometry(content);
+}
+
+KQInspectorWindow::~KQInspectorWindow()
+{
+    if (d->frameSaveTimer->isActive())
+        saveFrameNow();
+    // Nothing the application says may reach this window once it is going.
+    if (QCoreApplication *application = QCoreApplication::instance()) {
+        application->removeEventFilter(this);
+        disconnect(application, nullptr, this, nullptr);
+    }
+    disconnect(d->ownerGuard);
+    tearDownCurrentMode();
+    d->silentVisibility = true;
+}
+
+QObject *KQInspectorWindow::focusOwner() const
+{
+    return m_focusOwner.data();
+}
+
+void KQInspectorWindow::setFocusOwner(QObject *owner)
+{
+    if (owner == m_focusOwner.data())
+        return;
+    KQAssertText("owner implements KQInspectorFocusOwner", !owner || asFocusOwner(owner));
+
+    const QPointer<QObject> oldOwner = m_focusOwner;
+    const QPointer<QObject> newOwner = owner;
+    if (KQInspectorFocusOwner *old = asFocusOwner(oldOwner.data()))
+        old->willLoseFocusOfInspector(this);
+    KQInspectorMode *newMode = nullptr;
+    if (KQInspectorFocusOwner *gaining = asFocusOwner(newOwner.data()))
+        newMode = gaining->willGainFocusOfInspector(this);
+    setMode(newMode);
+
+    disconnect(d->ownerGuard);
+    m_focusOwner = newOwner;
+    if (newOwner)
+        d->ownerGuard = connect(newOwner.data(), &QObject::destroyed, this, [this] { d->focusOwnerDestroyed(); });
+
+    if (KQInspectorFocusOwner *gained = asFocusOwner(m_focusOwner.data()))
+        gained->didGainFocusOfInspector(this);
+    if (KQInspectorFocusOwner *old = asFocusOwner(oldOwner.data()))
+        old->didLoseFocusOfInspector(this);
+    if (!m_focusOwner)
+        setMode(new KQEmptyInspectorMode(mainWindow(), this));
+    Q_EMIT focusOwnerChanged();
+}
+
+void KQInspectorWindow::Private::focusOwnerDestroyed()
+{
+    // The owner is gone: nobody to tell, and its mode may follow it at once.
+    q->setMode(nullptr);
+    q->setMode(new KQEmptyInspectorMode(q->mainWindow(), q));
+    Q_EMIT q->focusOwnerChanged();
+}
+
+KQInspectorMode *KQInspectorWindow::mode() const
+{
+    return m_mode.data();
+}
+
+void KQInspectorWindow::setMode(KQInspectorMode *mode)
+{
+    if (mode == m_mode.data())
+        return;
+    tearDownCurrentMode();
+    m_mode = mode;
+    if (mode)
+        d->modeGuard = connect(mode, &QObject::destroyed, this, [this] { d->modeDestroyed(); });
+    setUpCurrentMode();
+    d->contentView->update();
+    Q_EMIT modeChanged();
+}
+
+void KQInspectorWindow::Private::modeDestroyed()
+{
+    // Deleted while shown: its view went with it. Forget it and show the
+    // empty mode rather than a blank window.
+    stopObserving();
+    QObject::disconnect(modeGuard);
+    q->m_mode = nullptr;
+    q->setMode(new KQEmptyInspectorMode(q->mainWindow(), q));
+}
+
+void KQInspectorWindow::setUpCurrentMode()
+{
+    KQInspectorMode *mode = m_mode.data();
+    if (!mode)
+        return;
+    const QPointer<KQInspectorMode> guard = mode;
+    if (isVisible())
+        mode->modeWillShow();
+    if (!guard)
+        return;
+    const QRectF rect = resizeWindowForNewMode(mode);
+    if (QWidget *view = mode->view()) {
+        view->setParent(d->contentView);
+        if (rect != QRectF(0, 0, 0, 0))
+            view->setGeometry(rect.toRect());
+        view->show();
+    }
+    if (isVisible())
+        performIfResponds(mode, "modeDidShow");
+    if (guard)
+        d->observe(mode);
+}
+
+void KQInspectorWindow::tearDownCurrentMode()
+{
+    KQInspectorMode *mode = m_mode.data();
+    if (!mode)
+        return;
+    const QPointer<KQInspectorMode> guard = mode;
+    if (isVisible())
+        performIfResponds(mode, "modeWillHide");
+    d->stopObserving();
+    if (QDialog *sheet = attachedSheet())
+        sheet->reject();
+    const QList<QWidget *> views = d->contentView->findChildren<QWidget *>(Qt::FindDirectChildrenOnly);
+    for (QWidget *view : views)
+        view->setParent(nullptr);
+    if (guard && isVisible())
+        mode->modeWasHidden();
+    disconnect(d->modeGuard);
+    m_mode = nullptr;
+    if (guard && guard->parent() == this)
+        guard->deleteLater();
+}
+
+void KQInspectorWindow::Private::observe(KQInspectorMode *mode)
+{
+    // Connected and applied in this order, so each value takes effect at once.
+    observations = {
+        connect(mode, &KQInspectorMode::isResizableChanged, q, [this] { applyIsResizable(); }),
+        connect(mode, &KQInspectorMode::minSizeChanged, q, [this] { applyMinSize(); }),
+        connect(mode, &KQInspectorMode::maxSizeChanged, q, [this] { applyMaxSize(); }),
+        connect(mode, &KQInspectorMode::inspectorTitleChanged, q, [this] { applyTitle(); }),
+        connect(mode, &KQInspectorMode::windowLevelChanged, q, [this] { applyWindowLevel(); }),
+    };
+    applyIsResizable();
+    applyMinSize();
+    applyMaxSize();
+    applyTitle();
+    applyWindowLevel();
+}
+
+void KQInspectorWindow::Private::stopObserving()
+{
+    for (const QMetaObject::Connection &connection : std::as_const(observations))
+        QObject::disconnect(connection);
+    observations.clear();
+}
+
+void KQInspectorWindow::Private::applyIsResizable()
+{
+    if (!q->m_mode)
+        return;
+    const bool resizable = q->m_mode->isResizable();
+    q->m_showsResizeIndicator = resizable;
+    resizeIndicator->setVisible(resizable);
+    if (resizable) {
+        q->m_contentMinSize = q->m_mode->minSize();
+        q->m_contentMaxSize = q->m_mode->maxSize();
+        q->m_resizeIncrements = QSizeF(1, 1);
+    } else {
+        const double largest = std::numeric_limits<double>::max();
+        q->m_contentMinSize = QSizeF(0, 0);
+        q->m_contentMaxSize = QSizeF(largest, largest);
+        q->m_resizeIncrements = QSizeF(largest, largest);
+    }
+    q->m_styleMask = (q->m_styleMask & ~Resizable) | (resizable ? Resizable : 0);
+    applySizeConstraints();
+}
+
+void KQInspectorWindow::Private::applyMinSize()
+{
+    if (!q->m_mode || !q->m_mode->isResizable())
+        return;
+    q->m_contentMinSize = q->m_mode->minSize();
+    applySizeConstraints();
+}
+
+void KQInspectorWindow::Private::applyMaxSize()
+{
+    if (!q->m_mode || !q->m_mode->isResizable())
+        return;
+    q->m_contentMaxSize = q->m_mode->maxSize();
+    applySizeConstraints();
+}
+
+void KQInspectorWindow::Private::applyTitle()
+{
+    if (q->m_mode)
+        q->setWindowTitle(q->m_mode->inspectorTitle());
+}
+
+void KQInspectorWindow::Private::applyWindowLevel()
+{
+    if (q->m_mode)
+        q->setLevel(q->m_mode->windowLevel());
+}
+
+// What the user may do to the window, in Qt's terms: a resizable style lets
+// the window range between the content limits (when they make sense); without
+// it the window is fixed at its present size.
+void KQInspectorWindow::Private::applySizeConstraints()
+{
+    if (!(q->m_styleMask & Resizable)) {
+        q->setFixedSize(q->size());
+        return;
+    }
+    const QSize minimum = toPixels(q->m_contentMinSize);
+    const QSize maximum = toPixels(q->m_contentMaxSize);
+    if (minimum.width() > maximum.width() || minimum.height() > maximum.height()) {
+        q->setMinimumSize(0, 0);
+        q->setMaximumSize(QWIDGETSIZE_MAX, QWIDGETSIZE_MAX);
+        return;
+    }
+    // The limits bind the user only: a window already outside them keeps its
+    // size until the user resizes it.
+    q->setMinimumSize(minimum.boundedTo(q->size()));
+    q->setMaximumSize(maximum.expandedTo(q->size()));
+    q->setSizeIncrement(toPixels(q->m_resizeIncrements).boundedTo(QSize(1, 1)));
+}
+
+void KQInspectorWindow::Private::setContentGeometry(const QRect &content)
+{
+    // Programmatic frames are not bound by what the user may do.
+    q->setMinimumSize(0, 0);
+    q->setMaximumSize(QWIDGETSIZE_MAX, QWIDGETSIZE_MAX);
+    q->setGeometry(content);
+    applySizeConstraints();
+}
+
+QMargins KQInspectorWindow::Private::frameMargins() const
+{
+    const QRect frame = q->frameGeometry();
+    const QRect content = q->geometry();
+    return QMargins(content.left() - frame.left(), content.top() - frame.top(),
+                    frame.right() - content.right(), frame.bottom() - content.bottom());
+}
+
+QRectF KQInspectorWindow::resizeWindowForNewMode(KQInspectorMode *mode)
+{
+    KQAssert(mode != nullptr, QRectF(0, 0, 0, 0));
+    QWidget *view = mode->view();
+    KQAssert(view != nullptr, QRectF(0, 0, 0, 0));
+
+    QSizeF size;
+    if (isVisible() && mode->isResizable()) {
+        const QSizeF minSize = mode->minSize();
+        const QSizeF maxSize = mode->maxSize();
+        KQAssertText("minSize.width <= maxSize.width", minSize.width() <= maxSize.width(), QRectF(0, 0, 0, 0));
+        KQAssertText("minSize.height <= maxSize.height", minSize.height() <= maxSize.height(), QRectF(0, 0, 0, 0));
+        KQAssertText("minSize.width > 0 && minSize.height > 0", minSize.width() > 0 && minSize.height() > 0,
+                     QRectF(0, 0, 0, 0));
+        KQAssertText("maxSize.width > 0 && maxSize.height > 0", maxSize.width() > 0 && maxSize.height() > 0,
+                     QRectF(0, 0, 0, 0));
+        size = KQInspectorLayout::clampedContentSize(QSizeF(geometry().size()), minSize, maxSize);
+    } else {
+        size = QSizeF(view->size());
+    }
+    const QRect viewFrame(QPoint(0, 0), toPixels(size));
+    if (view->geometry() != viewFrame)
+        view->setGeometry(viewFrame);
+
+    if (QSizeF(geometry().size()) != QSizeF(viewFrame.size())) {
+        const QRectF primary = KQScreenSpace::primaryScreenGeometry();
+        const QRectF content = KQScreenSpace::fromGlobal(QRectF(geometry()), primary);
+        const QRectF newContent = KQScreenSpace::toGlobal(
+            KQInspectorLayout::contentKeepingTopEdge(content, QSizeF(viewFrame.size())), primary);
+        const QMargins margins = d->frameMargins();
+        const QRectF frame = ConstrainFrameRectToScreen_ZL(screen(), true, newContent.marginsAdded(margins));
+        d->setContentGeometry(frame.marginsRemoved(margins).toRect());
+        update();
+    }
+    return QRectF(QPointF(0, 0), QSizeF(geometry().size()));
+}
+
+void KQInspectorWindow::updateFocusOwner()
+{
+    if (!m_appIsActive)
+        return;
+    setFocusOwner(kq_inspectorFocusOwnerAlong(d->lookupChain()));
+}
+
+void KQInspectorWindow::updateFocusOwner(QObject *notificationObject)
+{
+    if (!isVisible() || !m_appIsActive)
+        return;
+    // File dialogs must not take the inspector away from their document,
+    // and the inspector is never its own subject.
+    if (qobject_cast<QFileDialog *>(notificationObject) || qobject_cast<KQInspectorWindow *>(notificationObject))
+        return;
+    setFocusOwner(kq_inspectorFocusOwnerAlong(d->lookupChain()));
+}
+
+// The active window's chain, then the main window's when another window (a
+// dialog, the inspector) has the focus, then the application.
+QList<QObject *> KQInspectorWindow::Private::lookupChain() const
+{
+    QList<QObject *> chain;
+    const auto append = [&chain](QWidget *start) {
+        const QList<QObject *> part = kq_responderChain(start);
+        for (QObject *object : part) {
+            if (object != QCoreApplication::instance() && !chain.contains(object))
+                chain.append(object);
+        }
+    };
+    QWidget *key = QApplication::activeWindow();
+    if (key) {
+        QWidget *focus = QApplication::focusWidget();
+        append(focus && focus->window() == key ? focus : key);
+    }
+    QWidget *main = q->mainWindow();
+    if (main && main != key)
+        append(main->focusWidget() ? main->focusWidget() : main);
+    chain.append(QCoreApplication::instance());
+    return chain;
+}
+
+QWidget *KQInspectorWindow::mainWindow() const
+{
+    QWidget *active = QApplication::activeWindow();
+    if (canBecomeMain(active))
+        return active;
+    QWidget *last = d->lastMainWindow.data();
+    return last && last->isVisible() ? last : nullptr;
+}
+
+void KQInspectorWindow::startTrackingResponderChain()
+{
+    if (d->tracking)
+        return;
+    d->tracking = true;
+    auto *application = qobject_cast<QGuiApplication *>(QCoreApplication::instance());
+    KQAssert(application != nullptr);
+    connect(application, &QGuiApplication::applicationStateChanged, this, [this](Qt::ApplicationState state) {
+        const bool wasActive = d->lastApplicationState == Qt::ApplicationActive;
+        d->lastApplicationState = state;
+        if (wasActive && state != Qt::ApplicationActive)
+            appWillResignActive();
+        else if (!wasActive && state == Qt::ApplicationActive)
+            appDidBecomeActive();
+    });
+    connect(application, &QCoreApplication::aboutToQuit, this, &KQInspectorWindow::saveFrameNow);
+    application->installEventFilter(this);
+}
+
+void KQInspectorWindow::Private::focusWindowChanged(QWindow *window)
+{
+    if (!window)
+        return;
+    QObject *object = window;
+    const QList<QWidget *> windows = QApplication::topLevelWidgets();
+    for (QWidget *widget : windows) {
+        if (widget->windowHandle() == window) {
+            object = widget;
+            if (canBecomeMain(widget))
+                lastMainWindow = widget;
+            break;
+        }
+    }
+    if (tracking)
+        q->updateFocusOwner(object);
+}
+
+bool KQInspectorWindow::eventFilter(QObject *watched, QEvent *event)
+{
+    if (event->type() == QEvent::Close && watched->isWidgetType()) {
+        auto *widget = static_cast<QWidget *>(watched);
+        if (widget->isWindow() && widget != this)
+            windowWillClose(widget);
+    }
+    return NSWindow_ZL::eventFilter(watched, event);
+}
+
+void KQInspectorWindow::windowWillClose(QWidget *window)
+{
+    if (!window || !m_focusOwner)
+        return;
+    // A window without a controller is its own controller.
+    QObject *controller = kq_windowController(window);
+    if (!controller)
+        controller = window;
+    if (controller == m_focusOwner.data())
+        setFocusOwner(nullptr);
+}
+
+void KQInspectorWindow::appWillResignActive()
+{
+    m_appIsActive = false;
+    if (m_hidesOnDeactivate && isVisible()) {
+        d->hiddenByDeactivation = true;
+        setVisible(false);
+    }
+}
+
+void KQInspectorWindow::appDidBecomeActive()
+{
+    if (d->hiddenByDeactivation) {
+        d->hiddenByDeactivation = false;
+        setVisible(true);
+    }
+    // Once every other observer has heard of the activation, so the active
+    // and main windows are settled before the lookup.
+    QMetaObject::invokeMethod(
+        this,
+        [this] {
+            m_appIsActive = true;
+            updateFocusOwner(QCoreApplication::instance());
+        },
+        Qt::QueuedConnection);
+}
+
+KQError KQInspectorWindow::errorForPresentation(const KQError &error)
+{
+    // Formatting errors come with a recovery attempter whose texts make no
+    // sense to the user here: show the bare error instead.
+    if (error.code() == 2048 && error.userInfo().contains(QString::fromLatin1(KQRecoveryAttempterErrorKey)))
+        return KQError(error.domain(), error.code());
+    return error;
+}
+
+QMessageBox *KQInspectorWindow::presentError(const KQError &error, QWidget *window)
+{
+    const KQError shown = errorForPresentation(error);
+    auto *box = new QMessageBox(window ? window : this);
+    box->setAttribute(Qt::WA_DeleteOnClose);
+    box->setWindowModality(Qt::WindowModal);
+    box->setIcon(QMessageBox::Warning);
+    box->setText(shown.localizedDescription());
+    box->setInformativeText(shown.localizedRecoverySuggestion());
+    box->open();
+    return box;
+}
+
+void KQInspectorWindow::setVisible(bool visible)
+{
+    if (d->silentVisibility) {
+        NSWindow_ZL::setVisible(visible);
+        return;
+    }
+    const bool wasVisible = isVisible();
+    if (visible && !wasVisible) {
+        updateFocusOwner();
+        if (m_mode)
+            m_mode->modeWillShow();
+    }
+    NSWindow_ZL::setVisible(visible);
+    if (!visible && wasVisible && m_mode)
+        m_mode->modeWasHidden();
+}
+
+void KQInspectorWindow::orderOut()
+{
+    setVisible(false);
+}
+
+void KQInspectorWindow::orderFont()
+{
+    setVisible(true);
+    raise();
+}
+
+void KQInspectorWindow::orderBack()
+{
+    setVisible(true);
+    lower();
+}
+
+QRectF KQInspectorWindow::constrainFrameRect(const QRectF &frame, const QScreen *screen) const
+{
+    return ConstrainFrameRectToScreen_ZL(screen, false, frame);
+}
+
+void KQInspectorWindow::setLevel(qint64 level)
+{
+    m_level = level;
+    const bool onTop = level > 0;
+    if (windowFlags().testFlag(Qt::WindowStaysOnTopHint) == onTop)
+        return;
+    // Changing a window's flags hides it; bring it straight back, without
+    // telling the mode of a showing that never happened.
+    const bool wasVisible = isVisible();
+    d->silentVisibility = true;
+    setWindowFlag(Qt::WindowStaysOnTopHint, onTop);
+    if (wasVisible)
+        show();
+    d->silentVisibility = false;
+}
+
+QWidget *KQInspectorWindow::contentView() const
+{
+    return d->contentView;
+}
+
+QDialog *KQInspectorWindow::attachedSheet() const
+{
+    const QList<QDialog *> dialogs = findChildren<QDialog *>(Qt::FindDirectChildrenOnly);
+    for (QDialog *dialog : dialogs) {
+        if (dialog->isVisible() && dialog->windowModality() == Qt::WindowModal)
+            return dialog;
+    }
+    return nullptr;
+}
+
+void KQInspectorWindow::setFrameAutosaveName(const QString &name)
+{
+    m_frameAutosaveName = name;
+    d->restoreFrame();
+}
+
+void KQInspectorWindow::Private::restoreFrame()
+{
+    if (q->m_frameAutosaveName.isEmpty())
+        return;
+    const QRect frame = KQSettings::userDefaults()->value(q->m_frameAutosaveName).toRect();
+    if (!frame.isValid())
+        return;
+    restoringFrame = true;
+    setContentGeometry(frame.marginsRemoved(frameMargins()));
+    q->move(frame.topLeft());
+    restoringFrame = false;
+}
+
+void KQInspectorWindow::Private::scheduleFrameSave()
+{
+    if (!restoringFrame && !q->m_frameAutosaveName.isEmpty())
+        frameSaveTimer->start();
+}
+
+void KQInspectorWindow::saveFrameNow()
+{
+    d->frameSaveTimer->stop();
+    if (m_frameAutosaveName.isEmpty())
+        return;
+    KQSettings::userDefaults()->setValue(m_frameAutosaveName, frameGeometry());
+}
+
+void KQInspectorWindow::moveEvent(QMoveEvent *event)
+{
+    NSWindow_ZL::moveEvent(event);
+    d->scheduleFrameSave();
+}
+
+void KQInspectorWindow::resizeEvent(QResizeEvent *event)
+{
+    NSWindow_ZL::resizeEvent(event);
+    d->contentView->setGeometry(rect());
+    d->resizeIndicator->move(rect().bottomRight() - d->resizeIndicator->rect().bottomRight());
+    d->resizeIndicator->raise();
+    d->scheduleFrameSave();
+}

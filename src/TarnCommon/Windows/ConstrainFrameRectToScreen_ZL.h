@@ -1,0 +1,18 @@
+#pragma once
+
+#include <TarnCommon/TarnCommonExport.h>
+
+#include <QtCore/QRectF>
+
+class QScreen;
+
+// Keeps a window frame under the top of a screen's visible area (its
+// available geometry). The title bar is what the user drags a window by, so
+// it must never end up above the visible area. With constrainFully the frame
+// is also pushed inside the bottom, left and right edges; its width is never
+// changed, and its height only when it is taller than the visible area.
+//
+// Without a screen the primary screen is used; with no screen at all the
+// frame comes back unchanged. Frames are in Qt global coordinates.
+TARNCOMMON_EXPORT QRectF ConstrainFrameRectToScreen_ZL(const QScreen *screen, bool constrainFully,
+                                                       const QRectF &frame);

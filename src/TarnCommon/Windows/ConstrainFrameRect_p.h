@@ -1,0 +1,14 @@
+#pragma once
+
+#include <TarnCommon/TarnCommonExport.h>
+
+#include <QtCore/QRectF>
+
+namespace KQWindowRules {
+
+// The constraint itself, in y-up screen space: visibleFrame and frame are
+// both measured with y growing upward, so "top" is y + height.
+TARNCOMMON_EXPORT QRectF constrainFrameToVisibleFrame(const QRectF &visibleFrame, bool constrainFully,
+                                                      QRectF frame);
+
+} // namespace KQWindowRules

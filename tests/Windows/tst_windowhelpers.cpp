@@ -1,0 +1,193 @@
+#include "../Inspector/StreamCapture.h"
+#include "ConstrainFrameRect_p.h"
+
+#include <TarnCommon/CocoaExtensions_ZL.h>
+#include <TarnCommon/ConstrainFrameRectToScreen_ZL.h>
+#include <TarnCommon/KQScreenSpace.h>
+#include <TarnCommon/KQSettings.h>
+#include <TarnCommon/KQWindowDelegate.h>
+#include <TarnCommon/NSWindow_ZL.h>
+
+#include <QtGui/QGuiApplication>
+#include <QtGui/QScreen>
+#include <QtTest/QtTest>
+
+namespace {
+
+class SettingsDelegate : public QObject
+{
+    Q_OBJECT
+
+public:
+    Q_INVOKABLE bool wantsYes() const { return true; }
+    Q_INVOKABLE bool wantsNo() const { return false; }
+    Q_INVOKABLE int wideAnswer() const { return 0x10001; }
+    Q_INVOKABLE bool needsArgument(int value) const { return value > 0; }
+};
+
+} // namespace
+
+class tst_WindowHelpers : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase() { KQSettings::enableTestMode(); }
+
+    void constrainRule_data();
+    void constrainRule();
+    void constrainOnScreens_data();
+    void constrainOnScreens();
+    void windowKeepsTitleBarOnScreen();
+    void delegateSetting_data();
+    void delegateSetting();
+    void alert_data();
+    void alert();
+    void frameAccessors();
+};
+
+void tst_WindowHelpers::constrainRule_data()
+{
+    QTest::addColumn<QRectF>("frame");
+    QTest::addColumn<bool>("fully");
+    QTest::addColumn<QRectF>("expected");
+    QTest::newRow("top pulled down") << QRectF(100, 650, 300, 200) << false << QRectF(100, 500, 300, 200);
+    QTest::newRow("inside stays") << QRectF(100, 100, 300, 200) << true << QRectF(100, 100, 300, 200);
+    QTest::newRow("below and left, fully") << QRectF(-50, -100, 300, 200) << true << QRectF(0, 0, 300, 200);
+    QTest::newRow("below and left, top only") << QRectF(-50, -100, 300, 200) << false << QRectF(-50, -100, 300, 200);
+    QTest::newRow("off the right edge") << QRectF(900, 100, 300, 200) << true << QRectF(700, 100, 300, 200);
+    QTest::newRow("taller than the screen") << QRectF(0, 0, 300, 900) << true << QRectF(0, 0, 300, 700);
+    QTest::newRow("taller, top only") << QRectF(0, 0, 300, 900) << false << QRectF(0, -200, 300, 900);
+    QTest::newRow("wider than the screen") << QRectF(0, 0, 1200, 100) << true << QRectF(-200, 0, 1200, 100);
+}
+
+void tst_WindowHelpers::constrainRule()
+{
+    QFETCH(QRectF, frame);
+    QFETCH(bool, fully);
+    QFETCH(QRectF, expected);
+    const QRectF visible(0, 0, 1000, 700);
+    QCOMPARE(KQWindowRules::constrainFrameToVisibleFrame(visible, fully, frame), expected);
+}
+
+void tst_WindowHelpers::constrainOnScreens_data()
+{
+    // Frames in Qt global coordinates on the test screens: the primary at
+    // (0, 0, 1000, 700), the secondary at (1000, 0, 800, 600).
+    QTest::addColumn<int>("screenIndex");
+    QTest::addColumn<QRectF>("frame");
+    QTest::addColumn<bool>("fully");
+    QTest::addColumn<QRectF>("expected");
+    QTest::newRow("above the primary") << 0 << QRectF(100, -50, 300, 200) << false << QRectF(100, 0, 300, 200);
+    QTest::newRow("off the primary's right, fully") << 0 << QRectF(900, 100, 300, 200) << true << QRectF(700, 100, 300, 200);
+    QTest::newRow("below the secondary, fully") << 1 << QRectF(1100, 500, 300, 200) << true << QRectF(1100, 400, 300, 200);
+    QTest::newRow("above the secondary") << 1 << QRectF(1100, -10, 300, 200) << false << QRectF(1100, 0, 300, 200);
+    QTest::newRow("no screen: the primary") << -1 << QRectF(100, -50, 300, 200) << false << QRectF(100, 0, 300, 200);
+}
+
+void tst_WindowHelpers::constrainOnScreens()
+{
+    QFETCH(int, screenIndex);
+    QFETCH(QRectF, frame);
+    QFETCH(bool, fully);
+    QFETCH(QRectF, expected);
+    const QList<QScreen *> screens = QGuiApplication::screens();
+    QCOMPARE(screens.size(), 2);
+    const QScreen *screen = nullptr;
+    if (screenIndex >= 0) {
+        for (const QScreen *candidate : screens) {
+            if (candidate->geometry().x() == (screenIndex == 0 ? 0 : 1000))
+                screen = candidate;
+        }
+    }
+    QCOMPARE(ConstrainFrameRectToScreen_ZL(screen, fully, frame), expected);
+}
+
+void tst_WindowHelpers::windowKeepsTitleBarOnScreen()
+{
+    NSWindow_ZL window;
+    window.setGeometry(200, 100, 300, 200);
+    window.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&window));
+    window.move(200, -80);
+    QCOMPARE(window.frameGeometry().top(), 0);
+    QCOMPARE(window.frameGeometry().left(), 200);
+    // Hanging off the bottom and the sides is allowed.
+    window.move(-100, 600);
+    QCOMPARE(window.frameGeometry().topLeft(), QPoint(-100, 600));
+}
+
+void tst_WindowHelpers::delegateSetting_data()
+{
+    QTest::addColumn<QByteArray>("method");
+    QTest::addColumn<bool>("withDelegate");
+    QTest::addColumn<bool>("defaultValue");
+    QTest::addColumn<bool>("expected");
+    QTest::addColumn<bool>("warns");
+    QTest::newRow("no delegate") << QByteArray("wantsNo") << false << true << true << false;
+    QTest::newRow("unknown method") << QByteArray("missing") << true << true << true << false;
+    QTest::newRow("yes over a no default") << QByteArray("wantsYes") << true << false << true << false;
+    QTest::newRow("no over a yes default") << QByteArray("wantsNo") << true << true << false << false;
+    QTest::newRow("wider result") << QByteArray("wideAnswer") << true << false << false << true;
+    QTest::newRow("wider result, yes default") << QByteArray("wideAnswer") << true << true << true << true;
+    QTest::newRow("takes an argument") << QByteArray("needsArgument") << true << false << false << true;
+}
+
+void tst_WindowHelpers::delegateSetting()
+{
+    QFETCH(QByteArray, method);
+    QFETCH(bool, withDelegate);
+    QFETCH(bool, defaultValue);
+    QFETCH(bool, expected);
+    QFETCH(bool, warns);
+    NSWindow_ZL window;
+    SettingsDelegate delegate;
+    if (withDelegate)
+        kq_setWindowDelegate(&window, &delegate);
+    StreamCapture output(stdout);
+    QCOMPARE(window.f_getDelegateSetting(method, defaultValue), expected);
+    QCOMPARE(output.text().contains("NSWindow_ZL delegate functions won't work properly"), warns);
+}
+
+void tst_WindowHelpers::alert_data()
+{
+    QTest::addColumn<QString>("shortText");
+    QTest::addColumn<QString>("longText");
+    QTest::newRow("both texts") << QStringLiteral("Save changes?") << QStringLiteral("They will be lost.");
+    QTest::newRow("no texts") << QString() << QString();
+}
+
+void tst_WindowHelpers::alert()
+{
+    QFETCH(QString, shortText);
+    QFETCH(QString, longText);
+    const std::unique_ptr<QMessageBox> alert = f_alertWithShortText(shortText, longText, QMessageBox::Critical);
+    QVERIFY(alert);
+    QVERIFY(!alert->isVisible());
+    QCOMPARE(alert->icon(), QMessageBox::Critical);
+    QCOMPARE(alert->text(), shortText.isNull() ? QStringLiteral("") : shortText);
+    QCOMPARE(alert->informativeText(), longText.isNull() ? QStringLiteral("") : longText);
+}
+
+void tst_WindowHelpers::frameAccessors()
+{
+    QWidget parent;
+    auto *view = new QWidget(&parent);
+    view->setGeometry(10, 20, 30, 40);
+    QCOMPARE(p_originX(view), 10.0);
+    QCOMPARE(p_originY(view), 20.0);
+    QCOMPARE(p_width(view), 30.0);
+    QCOMPARE(p_height(view), 40.0);
+    setP_width(view, 55);
+    setP_height(view, 66.4);
+    setP_originX(view, 7);
+    setP_originY(view, 8);
+    QCOMPARE(view->geometry(), QRect(7, 8, 55, 66));
+
+    QCOMPARE(p_width(nullptr), 0.0);
+    QCOMPARE(p_originY(nullptr), 0.0);
+    setP_width(nullptr, 12); // ignored, as a message to nobody
+}
+
+QTEST_MAIN(tst_WindowHelpers)
+#include "tst_windowhelpers.moc"
