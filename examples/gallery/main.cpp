@@ -4,8 +4,24 @@
 #include <QtCore/QCommandLineParser>
 #include <QtWidgets/QApplication>
 
+namespace {
+
+QtMessageHandler s_defaultHandler = nullptr;
+
+// Platform plug-ins without window management (offscreen) complain about
+// every size hint; that is noise in the log panel, not the library's output.
+void filterPlatformNoise(QtMsgType type, const QMessageLogContext &context, const QString &message)
+{
+    if (message.startsWith(QLatin1String("This plugin does not support")))
+        return;
+    s_defaultHandler(type, context, message);
+}
+
+} // namespace
+
 int main(int argc, char *argv[])
 {
+    s_defaultHandler = qInstallMessageHandler(&filterPlatformNoise);
     QApplication application(argc, argv);
     QApplication::setOrganizationName(QStringLiteral("TarnCommon"));
     QApplication::setApplicationName(QStringLiteral("TarnCommon Gallery"));
