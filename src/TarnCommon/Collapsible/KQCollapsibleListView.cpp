@@ -251,7 +251,7 @@ void KQCollapsibleListView::collapsableViewWillAnimateFromHeight(KQCollapsibleVi
 void KQCollapsibleListView::collapsableViewFinishedAnimations(KQCollapsibleView *, const KQViewAnimations &)
 {
     m_blockSubviewLayout = false;
-    m_blockingView.clear();
+    m_blockingView = nullptr;
     applyHeightLimits();
 }
 
@@ -263,7 +263,7 @@ void KQCollapsibleListView::resizeEvent(QResizeEvent *)
 void KQCollapsibleListView::forgetView(QObject *view)
 {
     m_collapsableViews.removeIf([view](KQCollapsibleView *held) { return static_cast<QObject *>(held) == view; });
-    if (m_blockSubviewLayout && !m_blockingView)
+    if (m_blockSubviewLayout && m_blockingView == view)
         collapsableViewFinishedAnimations(nullptr, {});
     else
         applyHeightLimits();

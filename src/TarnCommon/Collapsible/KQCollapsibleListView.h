@@ -88,6 +88,7 @@ private:
     std::unique_ptr<KQGuardedDelegate<KQCollapsibleListViewDelegate>> m_delegate;
     bool m_blockSubviewLayout = false;
     // The view whose animation blocks the layout: if it dies mid-animation
-    // its end never comes, so the block is lifted then.
-    QPointer<KQCollapsibleView> m_blockingView;
+    // its end never comes, so the block is lifted then. Only compared, never
+    // followed (it is cleared when that view is destroyed).
+    const QObject *m_blockingView = nullptr;
 };
