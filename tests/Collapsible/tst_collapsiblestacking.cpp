@@ -96,30 +96,6 @@ private Q_SLOTS:
         QVERIFY(!KQCollapsibleStacking::stackFrames({item(30, true)}, width, height).has_value());
     }
 
-    void viewLimits_data()
-    {
-        QTest::addColumn<bool>("resizable");
-        QTest::addColumn<bool>("collapsed");
-        QTest::addColumn<double>("expectedMin");
-        QTest::addColumn<double>("expectedMax");
-        QTest::newRow("resizable, expanded") << true << false << 18.0 << Unlimited;
-        QTest::newRow("resizable, collapsed") << true << true << 18.0 << 120.0;
-        QTest::newRow("fixed, expanded") << false << false << 120.0 << 120.0;
-        QTest::newRow("fixed, collapsed") << false << true << 120.0 << 120.0;
-    }
-
-    void viewLimits()
-    {
-        QFETCH(bool, resizable);
-        QFETCH(bool, collapsed);
-        QFETCH(double, expectedMin);
-        QFETCH(double, expectedMax);
-        const KQHeightLimits limits = viewHeightLimits(120.0, resizable, collapsed);
-        QCOMPARE(limits.minHeight, expectedMin);
-        QCOMPARE(limits.maxHeight, expectedMax);
-        QVERIFY(std::isfinite(limits.maxHeight));
-    }
-
     void listLimits_data()
     {
         QTest::addColumn<QList<KQStackItem>>("items");
@@ -128,9 +104,6 @@ private Q_SLOTS:
         QTest::newRow("no views") << QList<KQStackItem>{} << 0.0 << 0.0;
         QTest::newRow("all hidden") << QList<KQStackItem>{item(30, false, false, true), item(40, true, false, true)}
                                     << 0.0 << 0.0;
-        QTest::newRow("fixed and collapsed")
-            << QList<KQStackItem>{item(30, false), item(18, true, true), item(99, true, false, true)} << 48.0
-            << 48.0;
         QTest::newRow("one unlimited view")
             << QList<KQStackItem>{item(30, false), item(60, true)} << 48.0 << Unlimited;
         QTest::newRow("two unlimited views overflow to infinity")
@@ -148,37 +121,11 @@ private Q_SLOTS:
         QCOMPARE(limits.maxHeight, expectedMax);
     }
 
-    void fittedHeight_data()
+    void fittedHeightLetsTheMaximumWin()
     {
-        QTest::addColumn<double>("current");
-        QTest::addColumn<double>("minHeight");
-        QTest::addColumn<double>("maxHeight");
-        QTest::addColumn<double>("expected");
-        QTest::newRow("inside") << 100.0 << 50.0 << 200.0 << 100.0;
-        QTest::newRow("below the minimum") << 10.0 << 50.0 << 200.0 << 50.0;
-        QTest::newRow("above the maximum") << 300.0 << 50.0 << 200.0 << 200.0;
-        QTest::newRow("conflict: the maximum wins") << 100.0 << 80.0 << 60.0 << 60.0;
-    }
-
-    void fittedHeight()
-    {
-        QFETCH(double, current);
-        QFETCH(double, minHeight);
-        QFETCH(double, maxHeight);
-        QFETCH(double, expected);
-        QCOMPARE(fittedListHeight(current, {minHeight, maxHeight}), expected);
-    }
-
-    void animationPlanCollapsingTheMiddleView()
-    {
-        QList<KQStackItem> items{item(40, false), item(100, true), item(60, true)};
-        items[1].frame.moveTop(40);
-        items[2].frame.moveTop(140);
-        const KQAnimationPlan plan = animationPlan(items, 1, 100, 18);
-        QCOMPARE(plan.moves.size(), 1);
-        QCOMPARE(plan.moves.at(0).first, 2);
-        QCOMPARE(plan.moves.at(0).second, QRectF(0, 58, 50, 60));
-        QCOMPARE(plan.listHeight, 200.0 - 82.0);
+        QCOMPARE(fittedListHeight(10.0, {50.0, 200.0}), 50.0);
+        QCOMPARE(fittedListHeight(300.0, {50.0, 200.0}), 200.0);
+        QCOMPARE(fittedListHeight(100.0, {80.0, 60.0}), 60.0);
     }
 
     void animationPlanSkipsHiddenViews()
@@ -190,13 +137,6 @@ private Q_SLOTS:
         QCOMPARE(plan.moves.at(0).first, 2);
         QCOMPARE(plan.moves.at(0).second.y(), 90.0);
         QCOMPARE(plan.listHeight, 150.0);
-    }
-
-    void titlesToSave()
-    {
-        const QStringList titles = collapsedTitlesToSave(
-            {{QStringLiteral("A"), false}, {QString(), true}, {QStringLiteral("B"), true}, {QStringLiteral("C"), true}});
-        QCOMPARE(titles, (QStringList{QStringLiteral("B"), QStringLiteral("C")}));
     }
 
     void storedTitles_data()
@@ -212,7 +152,6 @@ private Q_SLOTS:
         QTest::newRow("mixed list keeps its strings")
             << QVariant(QVariantList{b, QVariantMap{{b, 1}}, 7}) << QStringList{b} << true;
         QTest::newRow("a rectangle") << QVariant(QRect(1, 2, 3, 4)) << QStringList{} << true;
-        QTest::newRow("a map") << QVariant(QVariantMap{{b, b}}) << QStringList{} << true;
         QTest::newRow("a number") << QVariant(12) << QStringList{} << true;
     }
 

@@ -104,24 +104,6 @@ private Q_SLOTS:
         QCOMPARE(view->contentView()->width(), viewWidth);
     }
 
-    void contentFollowsHeightOnlyWhenResizable_data()
-    {
-        QTest::addColumn<bool>("resizable");
-        QTest::addColumn<int>("expectedContentHeight");
-        QTest::newRow("resizable") << true << 282;
-        QTest::newRow("fixed") << false << 100;
-    }
-
-    void contentFollowsHeightOnlyWhenResizable()
-    {
-        QFETCH(bool, resizable);
-        QFETCH(int, expectedContentHeight);
-        const auto view = makeView(QStringLiteral("T"), true, resizable);
-        view->resize(200, 300);
-        view->layoutSubviews();
-        QCOMPARE(view->contentView()->height(), expectedContentHeight);
-    }
-
     void heightLimits()
     {
         const auto view = makeView(QStringLiteral("T"), true, false);
@@ -283,20 +265,6 @@ private Q_SLOTS:
         QVERIFY(!view.canCollapse());
     }
 
-    void delegateMustBeAQObject()
-    {
-        struct PlainDelegate : KQCollapsibleViewDelegate
-        {
-            void collapsableViewWillAnimateFromHeight(KQCollapsibleView *, double, double, KQViewAnimations &) override {}
-            void collapsableViewFinishedAnimations(KQCollapsibleView *, const KQViewAnimations &) override {}
-        } plain;
-        const auto view = makeView(QStringLiteral("P"));
-        StderrCapture capture;
-        view->setDelegate(&plain);
-        QVERIFY(!capture.text().isEmpty());
-        QVERIFY(!view->delegate());
-    }
-
     void headerDrawing_data()
     {
         QTest::addColumn<QString>("title");
@@ -347,19 +315,6 @@ private Q_SLOTS:
         QCOMPARE(image.pixelColor(x, 17), expectBottomLine ? shadow : background);
         if (expectBand)
             QCOMPARE(image.pixelColor(x, 16), band);
-    }
-
-    void destroyedMidAnimation()
-    {
-        auto view = makeView(QStringLiteral("D"));
-        RecordingViewDelegate delegate;
-        view->setDelegate(&delegate);
-        view->setCollapsed(true, true);
-        QPointer<QVariantAnimation> animation = view->currentAnimation();
-        QVERIFY(animation);
-        view.reset();
-        QVERIFY(!animation);
-        QCOMPARE(delegate.log.size(), 1);
     }
 
     void delegateDestroyedMidAnimation()
