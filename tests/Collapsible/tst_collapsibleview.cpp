@@ -178,6 +178,21 @@ private Q_SLOTS:
         QCOMPARE(delegate.log.size(), 4);
     }
 
+    void togglingDuringAnAnimationFinishesItFirst()
+    {
+        const auto view = makeView(QStringLiteral("A"));
+        RecordingViewDelegate delegate;
+        view->setDelegate(&delegate);
+        view->toggleCollapsed();
+        view->currentAnimation()->setCurrentTime(50);
+        view->toggleCollapsed();
+        QCOMPARE(delegate.log, (QStringList{QStringLiteral("will A 118 -> 18"), QStringLiteral("finished A"),
+                                            QStringLiteral("will A 18 -> 118")}));
+        finishAnimation(*view);
+        QCOMPARE(view->height(), 118);
+        QVERIFY(!view->isCollapsed());
+    }
+
     void resizableContentKeepsItsHeightWhileCollapsed()
     {
         const auto view = makeView(QStringLiteral("R"), true, true);

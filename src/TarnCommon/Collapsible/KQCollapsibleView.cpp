@@ -208,14 +208,14 @@ void KQCollapsibleView::setCollapsed(bool collapsed, bool animate)
 
 void KQCollapsibleView::setHeight(double height, bool animate)
 {
+    // One animation at a time: a running one is taken to its end first, so
+    // its delegate messages stay paired and the new one starts from there.
+    if (m_animation)
+        m_animation->setCurrentTime(m_animation->duration());
+
     const QRect frame = geometry();
     if (std::abs(frame.height() - height) <= HeightEpsilon)
         return;
-
-    // One animation at a time: a running one is taken to its end first, so
-    // its delegate messages stay paired.
-    if (m_animation)
-        m_animation->setCurrentTime(m_animation->duration());
 
     KQViewAnimations animations;
     if (KQCollapsibleViewDelegate *delegate = m_delegate->get())
