@@ -1,0 +1,270 @@
+#include <TarnCommon/KQCollapsibleListView.h>
+
+#include "KQCollapsibleStacking_p.h"
+#include "KQGuardedDelegate_p.h"
+#include "KQWidgetState_p.h"
+
+#include <TarnCommon/KQAssert.h>
+#include <TarnCommon/KQLog.h>
+#include <TarnCommon/KQSettings.h>
+
+#include <QtCore/QCoreApplication>
+
+#include <cmath>
+
+using namespace KQCollapsibleStacking;
+
+namespace {
+
+QList<KQStackItem> stackItems(const QList<KQCollapsibleView *> &views)
+{
+    QList<KQStackItem> items;
+    items.reserve(views.size());
+    for (const KQCollapsibleView *view : views) {
+        items.append({QRectF(view->geometry()), view->minHeight(), view->maxHeight(), kq_isExplicitlyHidden(view),
+                      view->isHeightResizable(), view->isCollapsed()});
+    }
+    return items;
+}
+
+// Widget heights are whole pixels up to QWIDGETSIZE_MAX; "unlimited" (the
+// largest double, or infinity from summing two of them) is that maximum.
+int widgetHeight(double height)
+{
+    if (!(height < double(QWIDGETSIZE_MAX)))
+        return QWIDGETSIZE_MAX;
+    return height > 0.0 ? int(std::lround(height)) : 0;
+}
+
+} // namespace
+
+KQCollapsibleListViewDelegate::~KQCollapsibleListViewDelegate() = default;
+
+KQCollapsibleListView::KQCollapsibleListView(QWidget *parent)
+    : KQCollapsibleListView(QRect(), parent)
+{
+}
+
+KQCollapsibleListView::KQCollapsibleListView(const QRect &frame, QWidget *parent)
+    : QWidget(parent)
+    , m_delegate(std::make_unique<KQGuardedDelegate<KQCollapsibleListViewDelegate>>())
+{
+    setGeometry(frame);
+}
+
+KQCollapsibleListView::~KQCollapsibleListView()
+{
+    saveToAutosaveName();
+    disconnect(m_terminateConnection);
+    // The views die with this widget after this destructor has run; their
+    // last signals must not reach the half-destroyed list.
+    for (KQCollapsibleView *view : std::as_const(m_collapsableViews))
+        view->disconnect(this);
+}
+
+void KQCollapsibleListView::setAutosaveName(const QString &name)
+{
+    if (name == m_autosaveName && name.isNull() == m_autosaveName.isNull())
+        return;
+    if (!name.isNull() && m_autosaveName.isNull() && QCoreApplication::instance()) {
+        m_terminateConnection = connect(QCoreApplication::instance(), &QCoreApplication::aboutToQuit, this,
+                                        &KQCollapsibleListView::appWillTerminate);
+    }
+    if (name.isNull() && !m_autosaveName.isNull())
+        disconnect(m_terminateConnection);
+    m_autosaveName = name;
+    Q_EMIT autosaveNameChanged(name);
+    loadFromAutosaveName();
+}
+
+KQCollapsibleListViewDelegate *KQCollapsibleListView::delegate() const
+{
+    return m_delegate->get();
+}
+
+void KQCollapsibleListView::setDelegate(KQCollapsibleListViewDelegate *delegate)
+{
+    m_delegate->set(delegate);
+}
+
+void KQCollapsibleListView::addCollapsableView(KQCollapsibleView *collapsableView)
+{
+    KQAssertText("collapsableView", collapsableView != nullptr);
+    if (m_collapsableViews.contains(collapsableView))
+        return;
+    collapsableView->setDelegate(this);
+    m_collapsableViews.append(collapsableView);
+    kq_adoptWidget(this, collapsableView);
+    connect(collapsableView, &QObject::destroyed, this, &KQCollapsibleListView::forgetView);
+    connect(collapsableView, &KQCollapsibleView::isHeightResizableChanged, this,
+            &KQCollapsibleListView::applyHeightLimits);
+    resizeToFitSubviews();
+    layoutSubviews();
+}
+
+KQCollapsibleView *KQCollapsibleListView::collapsableViewWithContentView(const QWidget *contentView) const
+{
+    for (KQCollapsibleView *view : m_collapsableViews) {
+        if (view->contentView() == contentView)
+            return view;
+    }
+    return nullptr;
+}
+
+void KQCollapsibleListView::setHiddenForCollapsableView(bool hidden, KQCollapsibleView *view)
+{
+    KQAssertText("view && [_collapsableViews containsObject:view]", view && m_collapsableViews.contains(view));
+    if (kq_isExplicitlyHidden(view) == hidden)
+        return;
+    view->setHidden(hidden);
+    resizeToFitSubviews();
+    layoutSubviews();
+}
+
+void KQCollapsibleListView::layoutSubviews()
+{
+    if (m_blockSubviewLayout)
+        return;
+    const std::optional<QList<QRectF>> frames = stackFrames(stackItems(m_collapsableViews), width(), height());
+    if (!frames)
+        return;
+    bool first = true;
+    for (qsizetype i = 0; i < m_collapsableViews.size(); ++i) {
+        KQCollapsibleView *view = m_collapsableViews.at(i);
+        if (kq_isExplicitlyHidden(view))
+            continue;
+        view->setGeometry(frames->at(i).toRect());
+        view->setDrawTopLine(!first);
+        first = false;
+    }
+    applyHeightLimits();
+}
+
+void KQCollapsibleListView::resizeToFitSubviews()
+{
+    const QSize size = this->size();
+    if (size.width() == 0 && size.height() == 0) {
+        KQAssertText("[_collapsableViews count] > 0", !m_collapsableViews.isEmpty());
+        resize(m_collapsableViews.last()->size());
+        applyHeightLimits();
+        return;
+    }
+    KQHeightLimits limits;
+    getMinHeight(&limits.minHeight, &limits.maxHeight);
+    const double fitted = fittedListHeight(size.height(), limits);
+    applyHeightLimits();
+    if (!(fitted > 0.0))
+        return;
+    const QSize fittedSize(size.width(), widgetHeight(fitted));
+    if (fittedSize != this->size())
+        resize(fittedSize);
+}
+
+void KQCollapsibleListView::getMinHeight(double *minHeight, double *maxHeight) const
+{
+    const KQHeightLimits limits = listHeightLimits(stackItems(m_collapsableViews));
+    if (minHeight)
+        *minHeight = limits.minHeight;
+    if (maxHeight)
+        *maxHeight = limits.maxHeight;
+    KQAssertText("minHeight <= maxHeight", limits.minHeight <= limits.maxHeight);
+}
+
+void KQCollapsibleListView::applyHeightLimits()
+{
+    if (m_blockSubviewLayout) {
+        // An animation drives the list through any height.
+        setMinimumHeight(0);
+        setMaximumHeight(QWIDGETSIZE_MAX);
+        return;
+    }
+    KQHeightLimits limits;
+    getMinHeight(&limits.minHeight, &limits.maxHeight);
+    // Maximum first: setting the minimum last makes it win a conflict.
+    setMaximumHeight(widgetHeight(limits.maxHeight));
+    setMinimumHeight(widgetHeight(limits.minHeight));
+}
+
+void KQCollapsibleListView::loadFromAutosaveName()
+{
+    if (m_autosaveName.isNull())
+        return;
+    bool damaged = false;
+    const QStringList titles = storedTitles(KQSettings::userDefaults()->value(m_autosaveName), &damaged);
+    if (damaged)
+        ZLLogWarning("The saved state under \"%s\" is not a list of titles; only its titles are used",
+                     qUtf8Printable(m_autosaveName));
+    // A copy: collapsing may end in a view being destroyed by its owner.
+    const QList<KQCollapsibleView *> views = m_collapsableViews;
+    for (KQCollapsibleView *view : views) {
+        const QString title = view->title();
+        view->setCollapsed(!title.isNull() && titles.contains(title), false);
+    }
+}
+
+void KQCollapsibleListView::saveToAutosaveName()
+{
+    if (m_autosaveName.isNull())
+        return;
+    QList<std::pair<QString, bool>> states;
+    states.reserve(m_collapsableViews.size());
+    for (const KQCollapsibleView *view : std::as_const(m_collapsableViews))
+        states.append({view->title(), view->isCollapsed()});
+    const std::unique_ptr<QSettings> settings = KQSettings::userDefaults();
+    settings->setValue(m_autosaveName, collapsedTitlesToSave(states));
+    settings->sync();
+}
+
+void KQCollapsibleListView::appWillTerminate()
+{
+    saveToAutosaveName();
+}
+
+QSize KQCollapsibleListView::sizeHint() const
+{
+    int height = 0;
+    for (const KQCollapsibleView *view : m_collapsableViews) {
+        if (!kq_isExplicitlyHidden(view))
+            height += view->height();
+    }
+    return QSize(width(), height);
+}
+
+void KQCollapsibleListView::collapsableViewWillAnimateFromHeight(KQCollapsibleView *view, double fromHeight,
+                                                                 double toHeight, KQViewAnimations &animations)
+{
+    const KQAnimationPlan plan =
+        animationPlan(stackItems(m_collapsableViews), m_collapsableViews.indexOf(view), fromHeight, toHeight);
+    for (const auto &[index, endFrame] : plan.moves)
+        animations.append({m_collapsableViews.at(index), endFrame});
+    QRectF listFrame(geometry());
+    listFrame.setHeight(plan.listHeight);
+    animations.append({this, listFrame});
+
+    if (KQCollapsibleListViewDelegate *delegate = m_delegate->get())
+        delegate->collapsableListViewWillAnimateFromHeight(this, height(), plan.listHeight, animations);
+    m_blockSubviewLayout = true;
+    m_blockingView = view;
+    applyHeightLimits();
+}
+
+void KQCollapsibleListView::collapsableViewFinishedAnimations(KQCollapsibleView *, const KQViewAnimations &)
+{
+    m_blockSubviewLayout = false;
+    m_blockingView = nullptr;
+    applyHeightLimits();
+}
+
+void KQCollapsibleListView::resizeEvent(QResizeEvent *)
+{
+    layoutSubviews();
+}
+
+void KQCollapsibleListView::forgetView(QObject *view)
+{
+    m_collapsableViews.removeIf([view](KQCollapsibleView *held) { return static_cast<QObject *>(held) == view; });
+    if (m_blockSubviewLayout && m_blockingView == view)
+        collapsableViewFinishedAnimations(nullptr, {});
+    else
+        applyHeightLimits();
+}

@@ -1,0 +1,94 @@
+#pragma once
+
+#include <TarnCommon/KQCollapsibleView.h>
+
+#include <QtCore/QList>
+#include <QtCore/QString>
+
+class KQCollapsibleListView;
+
+// Told when the list takes part in a view's height animation, for example by
+// a window that resizes together with the list. Must be a QObject as well.
+class TARNCOMMON_EXPORT KQCollapsibleListViewDelegate
+{
+public:
+    virtual ~KQCollapsibleListViewDelegate();
+
+    // The list's own entry is already in animations; the delegate may append
+    // entries of its own.
+    virtual void collapsableListViewWillAnimateFromHeight(KQCollapsibleListView *list, double fromHeight,
+                                                          double toHeight, KQViewAnimations &animations) = 0;
+};
+
+// Stacks collapsible views top to bottom at full width, shares the spare
+// height among those that can grow, moves its views (and itself) along when
+// one collapses or expands, and remembers under an autosave name which views
+// were collapsed. The list is the delegate of every view it holds and
+// becomes their parent.
+//
+// Its own height is kept between the sums of its visible views' limits
+// through the widget's minimum and maximum height (the minimum winning on a
+// conflict), except while an animation runs.
+class TARNCOMMON_EXPORT KQCollapsibleListView : public QWidget, public KQCollapsibleViewDelegate
+{
+    Q_OBJECT
+    Q_PROPERTY(QString autosaveName READ autosaveName WRITE setAutosaveName NOTIFY autosaveNameChanged)
+
+public:
+    // A list of zero size, which takes the size of its first view.
+    explicit KQCollapsibleListView(QWidget *parent = nullptr);
+    explicit KQCollapsibleListView(const QRect &frame, QWidget *parent = nullptr);
+    // Saves the collapsed views under the autosave name.
+    ~KQCollapsibleListView() override;
+
+    // The settings key (exactly this name) under which the titles of the
+    // collapsed views are kept. Setting a name loads the saved state into
+    // the views already added; a null name stops saving at exit.
+    QString autosaveName() const { return m_autosaveName; }
+    void setAutosaveName(const QString &name);
+
+    KQCollapsibleListViewDelegate *delegate() const;
+    void setDelegate(KQCollapsibleListViewDelegate *delegate);
+
+    void addCollapsableView(KQCollapsibleView *collapsableView);
+    QList<KQCollapsibleView *> collapsableViews() const { return m_collapsableViews; }
+    KQCollapsibleView *collapsableViewWithContentView(const QWidget *contentView) const;
+    void setHiddenForCollapsableView(bool hidden, KQCollapsibleView *view);
+
+    void layoutSubviews();
+    void resizeToFitSubviews();
+    void loadFromAutosaveName();
+    void saveToAutosaveName();
+    // Sums of the visible views' limits; either pointer may be null.
+    void getMinHeight(double *minHeight, double *maxHeight) const;
+
+    bool isLayoutBlocked() const { return m_blockSubviewLayout; }
+    QSize sizeHint() const override;
+
+    void collapsableViewWillAnimateFromHeight(KQCollapsibleView *view, double fromHeight, double toHeight,
+                                              KQViewAnimations &animations) override;
+    void collapsableViewFinishedAnimations(KQCollapsibleView *view, const KQViewAnimations &animations) override;
+
+public Q_SLOTS:
+    void appWillTerminate();
+
+Q_SIGNALS:
+    void autosaveNameChanged(const QString &name);
+
+protected:
+    void resizeEvent(QResizeEvent *event) override;
+
+private:
+    void applyHeightLimits();
+    void forgetView(QObject *view);
+
+    QList<KQCollapsibleView *> m_collapsableViews;
+    QString m_autosaveName;
+    QMetaObject::Connection m_terminateConnection;
+    std::unique_ptr<KQGuardedDelegate<KQCollapsibleListViewDelegate>> m_delegate;
+    bool m_blockSubviewLayout = false;
+    // The view whose animation blocks the layout: if it dies mid-animation
+    // its end never comes, so the block is lifted then. Only compared, never
+    // followed (it is cleared when that view is destroyed).
+    const QObject *m_blockingView = nullptr;
+};

@@ -1,0 +1,31 @@
+#include "KQViewAnimation_p.h"
+
+KQViewAnimation::KQViewAnimation(const KQViewAnimations &entries, int durationMs, QObject *parent)
+    : QVariantAnimation(parent)
+    , m_entries(entries)
+{
+    m_startFrames.reserve(m_entries.size());
+    for (const KQViewAnimationEntry &entry : m_entries)
+        m_startFrames.append(entry.target ? QRectF(entry.target->geometry()) : entry.endFrame);
+    setStartValue(0.0);
+    setEndValue(1.0);
+    setDuration(durationMs);
+}
+
+QRect KQViewAnimation::interpolatedFrame(const QRectF &start, const QRectF &end, double progress)
+{
+    const auto mix = [progress](double a, double b) { return a + (b - a) * progress; };
+    return QRectF(mix(start.x(), end.x()), mix(start.y(), end.y()), mix(start.width(), end.width()),
+                  mix(start.height(), end.height()))
+        .toRect();
+}
+
+void KQViewAnimation::updateCurrentValue(const QVariant &value)
+{
+    const double progress = value.toDouble();
+    for (qsizetype i = 0; i < m_entries.size(); ++i) {
+        QWidget *target = m_entries.at(i).target;
+        if (target)
+            target->setGeometry(interpolatedFrame(m_startFrames.at(i), m_entries.at(i).endFrame, progress));
+    }
+}

@@ -1,0 +1,437 @@
+#include "KQViewAnimation_p.h"
+#include "RecordingDelegates.h"
+#include "KQWidgetState_p.h"
+#include "StderrCapture.h"
+
+#include <TarnCommon/KQCollapsibleListView.h>
+#include <TarnCommon/KQSettings.h>
+#include <TarnCommon/ZLWrapVerticalScrollViewAroundView.h>
+
+#include <QtCore/QFile>
+#include <QtTest/QTest>
+#include <QtWidgets/QScrollArea>
+
+#include <memory>
+
+namespace {
+
+KQCollapsibleView *makeView(const QString &title, int contentHeight = 100, bool resizable = false,
+                            bool collapsable = true)
+{
+    auto *content = new QWidget;
+    content->resize(100, contentHeight);
+    return new KQCollapsibleView(title, content, collapsable, resizable);
+}
+
+// A list of 100 x height holding fixed views titled A, B, C...
+std::unique_ptr<KQCollapsibleListView> makeList(const QStringList &titles, int height = 400)
+{
+    auto list = std::make_unique<KQCollapsibleListView>(QRect(0, 0, 100, height));
+    for (const QString &title : titles)
+        list->addCollapsableView(makeView(title));
+    return list;
+}
+
+QList<bool> collapsedStates(const KQCollapsibleListView &list)
+{
+    QList<bool> states;
+    for (const KQCollapsibleView *view : list.collapsableViews())
+        states.append(view->isCollapsed());
+    return states;
+}
+
+QVariant storedValue(const QString &key)
+{
+    return KQSettings::userDefaults()->value(key);
+}
+
+void store(const QString &key, const QVariant &value)
+{
+    const auto settings = KQSettings::userDefaults();
+    settings->setValue(key, value);
+    settings->sync();
+}
+
+// How many slots listen to the application's exit.
+int exitHookCount()
+{
+    struct Peek : QCoreApplication
+    {
+        static int count(const QCoreApplication *application)
+        {
+            return (application->*(&Peek::receivers))(SIGNAL(aboutToQuit()));
+        }
+    };
+    return Peek::count(QCoreApplication::instance());
+}
+
+const QStringList ABC{QStringLiteral("A"), QStringLiteral("B"), QStringLiteral("C")};
+
+} // namespace
+
+class TestCollapsibleList : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase() { KQSettings::enableTestMode(); }
+    void init() { KQSettings::userDefaults()->clear(); }
+
+    void stackingShareSpareHeightInOrder()
+    {
+        KQCollapsibleListView list(QRect(0, 0, 100, 300));
+        list.addCollapsableView(makeView(QStringLiteral("A")));
+        list.addCollapsableView(makeView(QStringLiteral("B"), 132));
+        list.addCollapsableView(makeView(QStringLiteral("C"), 32, true));
+        list.collapsableViews().at(0)->setCollapsed(true, false);
+        list.resize(100, 300);
+        list.layoutSubviews();
+
+        const QList<QRect> expected{{0, 0, 100, 18}, {0, 18, 100, 150}, {0, 168, 100, 132}};
+        for (int i = 0; i < 3; ++i) {
+            QCOMPARE(list.collapsableViews().at(i)->geometry(), expected.at(i));
+            QCOMPARE(list.collapsableViews().at(i)->drawTopLine(), i > 0);
+        }
+        double minHeight = -1, maxHeight = -1;
+        list.getMinHeight(&minHeight, &maxHeight);
+        QCOMPARE(minHeight, 18.0 + 150.0 + 18.0);
+        QCOMPARE(maxHeight, std::numeric_limits<double>::max());
+        // The list's own height is held within those limits.
+        list.resize(100, 50);
+        QCOMPARE(list.height(), 186);
+    }
+
+    void allHiddenViews()
+    {
+        const auto list = makeList(ABC);
+        const QRect odd(7, 7, 7, 7);
+        for (KQCollapsibleView *view : list->collapsableViews()) {
+            list->setHiddenForCollapsableView(true, view);
+            view->setGeometry(odd);
+        }
+        double minHeight = -1, maxHeight = -1;
+        list->getMinHeight(&minHeight, &maxHeight);
+        QCOMPARE(minHeight, 0.0);
+        QCOMPARE(maxHeight, 0.0);
+        list->layoutSubviews();
+        for (KQCollapsibleView *view : list->collapsableViews())
+            QCOMPARE(view->geometry(), odd);
+    }
+
+    void hiddenViewIsSkippedAndFoundByContent()
+    {
+        const auto list = makeList(ABC);
+        KQCollapsibleView *b = list->collapsableViews().at(1);
+        list->setHiddenForCollapsableView(true, b);
+        QCOMPARE(list->collapsableViews().at(2)->y(), 118);
+        QCOMPARE(list->collapsableViewWithContentView(b->contentView()), b);
+        list->setHiddenForCollapsableView(false, b);
+        QCOMPARE(list->collapsableViews().at(2)->y(), 236);
+    }
+
+    void zeroWidthLayoutDoesNothing()
+    {
+        const auto list = makeList(ABC);
+        list->resize(0, list->height());
+        KQCollapsibleView *a = list->collapsableViews().at(0);
+        a->setGeometry(3, 4, 5, 6);
+        list->layoutSubviews();
+        QCOMPARE(a->geometry(), QRect(3, 4, 5, 6));
+    }
+
+    void firstViewOfZeroSizeList()
+    {
+        KQCollapsibleListView list;
+        QCOMPARE(list.size(), QSize(0, 0));
+        auto *view = makeView(QStringLiteral("First"), 60);
+        view->resize(230, view->height());
+        list.addCollapsableView(view);
+        QCOMPARE(list.size(), QSize(230, 78));
+        QCOMPARE(view->parentWidget(), &list);
+        QCOMPARE(view->delegate(), &list);
+        list.addCollapsableView(view); // already held: ignored
+        QCOMPARE(list.collapsableViews().size(), 1);
+    }
+
+    void contractFailures_data()
+    {
+        QTest::addColumn<int>("operation");
+        QTest::addColumn<QByteArray>("expectedText");
+        QTest::newRow("adding no view") << 0 << QByteArray("(collapsableView)");
+        QTest::newRow("hiding no view") << 1 << QByteArray("(view && [_collapsableViews containsObject:view])");
+        QTest::newRow("hiding a stranger") << 2 << QByteArray("(view && [_collapsableViews containsObject:view])");
+        QTest::newRow("fitting an empty list of zero size") << 3 << QByteArray("([_collapsableViews count] > 0)");
+    }
+
+    void contractFailures()
+    {
+        QFETCH(int, operation);
+        QFETCH(QByteArray, expectedText);
+        KQCollapsibleListView list;
+        const std::unique_ptr<KQCollapsibleView> stranger(makeView(QStringLiteral("S")));
+        StderrCapture capture;
+        switch (operation) {
+        case 0: list.addCollapsableView(nullptr); break;
+        case 1: list.setHiddenForCollapsableView(true, nullptr); break;
+        case 2: list.setHiddenForCollapsableView(true, stranger.get()); break;
+        case 3: list.resizeToFitSubviews(); break;
+        }
+        const QByteArray report = capture.text();
+        QVERIFY2(report.contains(expectedText), report.constData());
+        QVERIFY(list.collapsableViews().isEmpty());
+        QCOMPARE(list.size(), QSize(0, 0));
+        QVERIFY(!kq_isExplicitlyHidden(stranger.get()));
+    }
+
+    void animationHookCollapsingTheMiddleOfThree()
+    {
+        const auto list = makeList(ABC, 354);
+        RecordingListDelegate listDelegate;
+        list->setDelegate(&listDelegate);
+        KQCollapsibleView *b = list->collapsableViews().at(1);
+        KQCollapsibleView *c = list->collapsableViews().at(2);
+
+        b->setCollapsed(true, true);
+
+        QCOMPARE(listDelegate.log, QStringList{QStringLiteral("list 354 -> 254")});
+        auto *animation = qobject_cast<KQViewAnimation *>(b->currentAnimation());
+        QVERIFY(animation);
+        const KQViewAnimations &entries = animation->viewAnimations();
+        QCOMPARE(entries.size(), 3);
+        QCOMPARE(entries.at(0).target.data(), c);
+        QCOMPARE(entries.at(0).endFrame, QRectF(0, 136, 100, 118));
+        QCOMPARE(entries.at(1).target.data(), list.get());
+        QCOMPARE(entries.at(1).endFrame, QRectF(0, 0, 100, 254));
+        QCOMPARE(entries.at(2).target.data(), b);
+        QCOMPARE(entries.at(2).endFrame, QRectF(0, 118, 100, 18));
+        QCOMPARE(listDelegate.seen.size(), 2); // the list's entry was in before its delegate
+
+        // Halfway: the list neither stacks nor clamps.
+        QVERIFY(list->isLayoutBlocked());
+        animation->setCurrentTime(animation->duration() / 2);
+        QCOMPARE(c->y(), 186);
+        QCOMPARE(list->height(), 304);
+        c->move(0, 999);
+        list->layoutSubviews();
+        QCOMPARE(c->y(), 999);
+
+        animation->setCurrentTime(animation->duration());
+        QVERIFY(!list->isLayoutBlocked());
+        QCOMPARE(c->geometry(), QRect(0, 136, 100, 118));
+        QCOMPARE(b->height(), 18);
+        QCOMPARE(list->height(), 254);
+        QCOMPARE(list->minimumHeight(), 254);
+    }
+
+    void save_data()
+    {
+        QTest::addColumn<QList<bool>>("collapsed");
+        QTest::addColumn<QStringList>("expected");
+        QTest::newRow("second and third") << QList<bool>{false, true, true}
+                                          << QStringList{QStringLiteral("B"), QStringLiteral("C")};
+        QTest::newRow("first only") << QList<bool>{true, false, false} << QStringList{QStringLiteral("A")};
+        QTest::newRow("none") << QList<bool>{false, false, false} << QStringList{};
+    }
+
+    void save()
+    {
+        QFETCH(QList<bool>, collapsed);
+        QFETCH(QStringList, expected);
+        const auto list = makeList(ABC);
+        list->setAutosaveName(QStringLiteral("Lists/save"));
+        for (int i = 0; i < 3; ++i)
+            list->collapsableViews().at(i)->setCollapsed(collapsed.at(i), false);
+        list->saveToAutosaveName();
+        QCOMPARE(storedValue(QStringLiteral("Lists/save")).toStringList(), expected);
+    }
+
+    void saveSkipsUntitledAndKeepsHidden()
+    {
+        const auto list = makeList({QStringLiteral("A")});
+        KQCollapsibleView *untitled = makeView(QString());
+        KQCollapsibleView *hidden = makeView(QStringLiteral("H"));
+        list->addCollapsableView(untitled);
+        list->addCollapsableView(hidden);
+        list->setHiddenForCollapsableView(true, hidden);
+        list->setAutosaveName(QStringLiteral("untitled"));
+        untitled->setCollapsed(true, false);
+        hidden->setCollapsed(true, false);
+        list->saveToAutosaveName();
+        QCOMPARE(storedValue(QStringLiteral("untitled")).toStringList(), QStringList{QStringLiteral("H")});
+    }
+
+    void load_data()
+    {
+        QTest::addColumn<QVariant>("stored");
+        QTest::addColumn<QList<bool>>("expected");
+        QTest::newRow("C only") << QVariant(QStringList{QStringLiteral("C")}) << QList<bool>{false, false, true};
+        QTest::newRow("nothing stored expands all") << QVariant() << QList<bool>{false, false, false};
+        QTest::newRow("unknown titles are ignored")
+            << QVariant(QStringList{QStringLiteral("Z"), QStringLiteral("A")}) << QList<bool>{true, false, false};
+    }
+
+    void load()
+    {
+        QFETCH(QVariant, stored);
+        QFETCH(QList<bool>, expected);
+        if (stored.isValid())
+            store(QStringLiteral("load"), stored);
+        const auto list = makeList(ABC);
+        list->collapsableViews().at(1)->setCollapsed(true, false);
+        list->setAutosaveName(QStringLiteral("load"));
+        QCOMPARE(collapsedStates(*list), expected);
+        for (KQCollapsibleView *view : list->collapsableViews()) {
+            QVERIFY(!view->isAnimating());
+            QCOMPARE(view->height(), view->isCollapsed() ? 18 : 118);
+        }
+    }
+
+    void sameNameTwiceLoadsOnce()
+    {
+        store(QStringLiteral("twice"), QStringList{QStringLiteral("A")});
+        const auto list = makeList(ABC);
+        list->setAutosaveName(QStringLiteral("twice"));
+        KQCollapsibleView *a = list->collapsableViews().at(0);
+        QVERIFY(a->isCollapsed());
+        a->setCollapsed(false, false);
+        list->setAutosaveName(QStringLiteral("twice"));
+        QVERIFY(!a->isCollapsed());
+        // A view added after the name was set keeps its own state.
+        store(QStringLiteral("twice"), QStringList{QStringLiteral("D")});
+        list->addCollapsableView(makeView(QStringLiteral("D")));
+        QVERIFY(!list->collapsableViews().last()->isCollapsed());
+    }
+
+    void exitHookFollowsTheName()
+    {
+        const int before = exitHookCount();
+        const auto list = makeList(ABC);
+        list->setAutosaveName(QStringLiteral("exit"));
+        QCOMPARE(exitHookCount(), before + 1);
+        list->setAutosaveName(QStringLiteral("exit2")); // renaming keeps one hook
+        QCOMPARE(exitHookCount(), before + 1);
+
+        list->collapsableViews().at(2)->setCollapsed(true, false);
+        QVERIFY(QMetaObject::invokeMethod(QCoreApplication::instance(), "aboutToQuit", Qt::DirectConnection));
+        QCOMPARE(storedValue(QStringLiteral("exit2")).toStringList(), QStringList{QStringLiteral("C")});
+
+        list->setAutosaveName(QString());
+        QCOMPARE(exitHookCount(), before);
+        QCOMPARE(storedValue(QStringLiteral("exit2")).toStringList(), QStringList{QStringLiteral("C")});
+    }
+
+    void savedOnDestruction()
+    {
+        auto list = makeList(ABC);
+        list->setAutosaveName(QStringLiteral("destroyed"));
+        list->collapsableViews().at(0)->setCollapsed(true, false);
+        list.reset();
+        QCOMPARE(storedValue(QStringLiteral("destroyed")).toStringList(), QStringList{QStringLiteral("A")});
+    }
+
+    void corruptedSettings_data()
+    {
+        QTest::addColumn<QVariant>("stored");
+        QTest::addColumn<QList<bool>>("expected");
+        QTest::newRow("a rectangle") << QVariant(QRect(1, 2, 3, 4)) << QList<bool>{false, false, false};
+        QTest::newRow("a list with a map in it")
+            << QVariant(QVariantList{QStringLiteral("B"), QVariantMap{{QStringLiteral("x"), 1}}})
+            << QList<bool>{false, true, false};
+    }
+
+    void corruptedSettings()
+    {
+        QFETCH(QVariant, stored);
+        QFETCH(QList<bool>, expected);
+        store(QStringLiteral("corrupt/first"), stored);
+        store(QStringLiteral("corrupt/second"), QStringList{QStringLiteral("A"), QStringLiteral("C")});
+
+        const auto first = makeList(ABC);
+        first->setAutosaveName(QStringLiteral("corrupt/first"));
+        QCOMPARE(collapsedStates(*first), expected);
+
+        const auto second = makeList(ABC);
+        second->setAutosaveName(QStringLiteral("corrupt/second"));
+        QCOMPARE(collapsedStates(*second), (QList<bool>{true, false, true}));
+
+        // Saving mends the damaged value and leaves the other one alone.
+        first->collapsableViews().at(0)->setCollapsed(true, false);
+        first->saveToAutosaveName();
+        QCOMPARE(storedValue(QStringLiteral("corrupt/first")).typeId(), QMetaType::QStringList);
+        QCOMPARE(storedValue(QStringLiteral("corrupt/second")).toStringList(),
+                 (QStringList{QStringLiteral("A"), QStringLiteral("C")}));
+    }
+
+    void garbageInTheSettingsFile()
+    {
+        store(QStringLiteral("garbage/other"), QStringList{QStringLiteral("B"), QStringLiteral("C")});
+        const QString fileName = KQSettings::userDefaults()->fileName();
+        {
+            QFile file(fileName);
+            QVERIFY(file.open(QIODevice::Append));
+            file.write("[garbage]\nmine=@Variant(\\0\\0\\0\\x7f\\0\\xff\\xfe garbage\nbroken=@Rect(1 2\n");
+        }
+        const auto list = makeList(ABC);
+        list->setAutosaveName(QStringLiteral("garbage/mine"));
+        QCOMPARE(collapsedStates(*list), (QList<bool>{false, false, false}));
+        const auto other = makeList(ABC);
+        other->setAutosaveName(QStringLiteral("garbage/other"));
+        QCOMPARE(collapsedStates(*other), (QList<bool>{false, true, true}));
+    }
+
+    void destroyedDuringAnimation_data()
+    {
+        QTest::addColumn<int>("victim");
+        QTest::newRow("the animating view") << 0;
+        QTest::newRow("a view moving along") << 1;
+        QTest::newRow("the list's delegate") << 2;
+        QTest::newRow("the list") << 3;
+    }
+
+    void destroyedDuringAnimation()
+    {
+        QFETCH(int, victim);
+        auto list = makeList(ABC, 354);
+        auto listDelegate = std::make_unique<RecordingListDelegate>();
+        list->setDelegate(listDelegate.get());
+        QPointer<KQCollapsibleView> a = list->collapsableViews().at(0);
+        a->setCollapsed(true, true);
+        QPointer<QVariantAnimation> animation = a->currentAnimation();
+        QVERIFY(animation);
+        animation->setCurrentTime(50);
+
+        switch (victim) {
+        case 0: delete a.data(); break;
+        case 1: delete list->collapsableViews().at(1); break;
+        case 2: listDelegate.reset(); break;
+        case 3: list.reset(); break;
+        }
+        if (animation)
+            animation->setCurrentTime(animation->duration());
+        QVERIFY(!a || !a->isAnimating());
+        if (list) {
+            QVERIFY(!list->isLayoutBlocked());
+            QCOMPARE(list->collapsableViews().size(), victim <= 1 ? 2 : 3);
+            list->layoutSubviews(); // must not touch a destroyed view
+        }
+    }
+
+    void scrollWrapper()
+    {
+        auto *view = new QWidget;
+        view->resize(150, 400);
+        const std::unique_ptr<QScrollArea> area(ZLWrapVerticalScrollViewAroundView(view));
+        QVERIFY(area);
+        QCOMPARE(area->widget(), view);
+        const int border = 2 * area->frameWidth();
+        QCOMPARE(area->size(), QSize(150 + border, 400 + border));
+        QCOMPARE(view->size(), QSize(150, 400));
+
+        StderrCapture capture;
+        QVERIFY(!ZLWrapVerticalScrollViewAroundView(nullptr));
+        QVERIFY(capture.text().contains("(view != nullptr)"));
+    }
+};
+
+QTEST_MAIN(TestCollapsibleList)
+#include "tst_collapsiblelist.moc"

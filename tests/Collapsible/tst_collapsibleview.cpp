@@ -1,0 +1,354 @@
+#include "RecordingDelegates.h"
+#include "StderrCapture.h"
+
+#include <TarnCommon/KQCollapsibleView.h>
+#include <TarnCommon/KQSettings.h>
+
+#include <QtCore/QVariantAnimation>
+#include <QtTest/QTest>
+#include <QtWidgets/QToolButton>
+
+#include <limits>
+#include <memory>
+
+namespace {
+
+QWidget *makeContent(int width, int height)
+{
+    auto *content = new QWidget;
+    content->resize(width, height);
+    return content;
+}
+
+std::unique_ptr<KQCollapsibleView> makeView(const QString &title, bool collapsable = true, bool resizable = false,
+                                            int contentHeight = 100)
+{
+    return std::make_unique<KQCollapsibleView>(title, makeContent(200, contentHeight), collapsable, resizable);
+}
+
+QWidget *titleField(const KQCollapsibleView &view)
+{
+    return view.findChild<QWidget *>(QStringLiteral("titleField"));
+}
+
+QToolButton *collapseButton(const KQCollapsibleView &view)
+{
+    return view.findChild<QToolButton *>(QStringLiteral("collapseButton"));
+}
+
+void finishAnimation(const KQCollapsibleView &view)
+{
+    QVariantAnimation *animation = view.currentAnimation();
+    QVERIFY(animation != nullptr);
+    animation->setCurrentTime(animation->duration());
+}
+
+} // namespace
+
+class TestCollapsibleView : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase() { KQSettings::enableTestMode(); }
+
+    void construction_data()
+    {
+        QTest::addColumn<QString>("title");
+        QTest::addColumn<QSize>("expectedSize");
+        QTest::addColumn<int>("expectedContentY");
+        QTest::newRow("titled") << QStringLiteral("Fill") << QSize(200, 118) << 18;
+        QTest::newRow("untitled") << QString() << QSize(200, 100) << 0;
+        QTest::newRow("empty title still has a header") << QStringLiteral("") << QSize(200, 118) << 18;
+    }
+
+    void construction()
+    {
+        QFETCH(QString, title);
+        QFETCH(QSize, expectedSize);
+        QFETCH(int, expectedContentY);
+        const auto view = makeView(title);
+        QCOMPARE(view->size(), expectedSize);
+        QCOMPARE(view->contentView()->geometry(), QRect(0, expectedContentY, 200, 100));
+        QCOMPARE(view->contentView()->parentWidget(), view.get());
+        QCOMPARE(view->title().isNull(), title.isNull());
+        QCOMPARE(view->title(), title);
+        QCOMPARE(collapseButton(*view) != nullptr, !title.isNull());
+        QCOMPARE(titleField(*view) != nullptr, !title.isNull());
+        QVERIFY(!view->isCollapsed());
+        QVERIFY(!view->drawTopLine());
+    }
+
+    void titleLayout_data()
+    {
+        QTest::addColumn<bool>("collapsable");
+        QTest::addColumn<int>("viewWidth");
+        QTest::addColumn<QRect>("expectedTitleFrame");
+        QTest::newRow("after the button") << true << 200 << QRect(18, 0, 182, 18);
+        QTest::newRow("no button: starts at 3") << false << 200 << QRect(3, 0, 197, 18);
+        QTest::newRow("narrower than the title origin") << true << 12 << QRect(18, 0, 10, 18);
+        QTest::newRow("exactly the title origin") << false << 3 << QRect(3, 0, 10, 18);
+    }
+
+    void titleLayout()
+    {
+        QFETCH(bool, collapsable);
+        QFETCH(int, viewWidth);
+        QFETCH(QRect, expectedTitleFrame);
+        const auto view = makeView(QStringLiteral("Title"), collapsable);
+        view->resize(viewWidth, view->height());
+        view->layoutSubviews();
+        QCOMPARE(titleField(*view)->geometry(), expectedTitleFrame);
+        QCOMPARE(collapseButton(*view)->geometry(), QRect(0, 0, 18, 18));
+        QCOMPARE(collapseButton(*view)->isHidden(), !collapsable);
+        QCOMPARE(view->contentView()->width(), viewWidth);
+    }
+
+    void heightLimits()
+    {
+        const auto view = makeView(QStringLiteral("T"), true, false);
+        QCOMPARE(view->minHeight(), 118.0);
+        QCOMPARE(view->maxHeight(), 118.0);
+        view->setIsHeightResizable(true);
+        QCOMPARE(view->minHeight(), 18.0);
+        QCOMPARE(view->maxHeight(), std::numeric_limits<double>::max());
+        view->setCollapsed(true, false);
+        // Collapsed and resizable: the maximum is the current height.
+        QCOMPARE(view->minHeight(), 18.0);
+        QCOMPARE(view->maxHeight(), 18.0);
+    }
+
+    void collapseWithoutAnimationStillSendsBothMessages()
+    {
+        const auto view = makeView(QStringLiteral("A"));
+        QWidget neighbour;
+        RecordingViewDelegate delegate;
+        delegate.extraTarget = &neighbour;
+        delegate.extraEndFrame = QRectF(5, 6, 7, 8);
+        view->setDelegate(&delegate);
+        view->move(4, 9);
+
+        view->setCollapsed(true, false);
+
+        QCOMPARE(delegate.log, (QStringList{QStringLiteral("will A 118 -> 18"), QStringLiteral("finished A")}));
+        QCOMPARE(view->geometry(), QRect(4, 9, 200, 18));
+        QVERIFY(view->isCollapsed());
+        QVERIFY(!view->isAnimating());
+        QVERIFY(!collapseButton(*view)->isChecked());
+        QCOMPARE(collapseButton(*view)->arrowType(), Qt::RightArrow);
+        // The delegate's entries first, the view's own last; all applied.
+        QCOMPARE(delegate.finished.size(), 2);
+        QCOMPARE(delegate.finished.at(0).target.data(), &neighbour);
+        QCOMPARE(neighbour.geometry(), QRect(5, 6, 7, 8));
+        QCOMPARE(delegate.finished.at(1).target.data(), view.get());
+        QCOMPARE(delegate.finished.at(1).endFrame, QRectF(4, 9, 200, 18));
+    }
+
+    void animatedCollapseDrivenToItsEnd()
+    {
+        const auto view = makeView(QStringLiteral("A"));
+        RecordingViewDelegate delegate;
+        view->setDelegate(&delegate);
+
+        collapseButton(*view)->click();
+
+        QVERIFY(view->isCollapsed()); // at once, before the height follows
+        QVERIFY(view->isAnimating());
+        QCOMPARE(view->minHeight(), 118.0);
+        QCOMPARE(delegate.log, QStringList{QStringLiteral("will A 118 -> 18")});
+        QVariantAnimation *animation = view->currentAnimation();
+        QVERIFY(animation);
+        QCOMPARE(animation->duration(), KQCollapsibleView::AnimationDurationMs);
+
+        animation->setCurrentTime(animation->duration() / 2);
+        QCOMPARE(view->height(), 68);
+        QVERIFY(view->isAnimating());
+
+        finishAnimation(*view);
+        QCOMPARE(view->height(), 18);
+        QVERIFY(!view->isAnimating());
+        QCOMPARE(delegate.log.last(), QStringLiteral("finished A"));
+        QVERIFY(!collapseButton(*view)->isChecked());
+
+        // Expanding goes back to the content's bottom edge.
+        view->toggleCollapsed();
+        finishAnimation(*view);
+        QCOMPARE(view->height(), 118);
+        QVERIFY(collapseButton(*view)->isChecked());
+        QCOMPARE(delegate.log.size(), 4);
+    }
+
+    void togglingDuringAnAnimationFinishesItFirst()
+    {
+        const auto view = makeView(QStringLiteral("A"));
+        RecordingViewDelegate delegate;
+        view->setDelegate(&delegate);
+        view->toggleCollapsed();
+        view->currentAnimation()->setCurrentTime(50);
+        view->toggleCollapsed();
+        QCOMPARE(delegate.log, (QStringList{QStringLiteral("will A 118 -> 18"), QStringLiteral("finished A"),
+                                            QStringLiteral("will A 18 -> 118")}));
+        finishAnimation(*view);
+        QCOMPARE(view->height(), 118);
+        QVERIFY(!view->isCollapsed());
+    }
+
+    void resizableContentKeepsItsHeightWhileCollapsed()
+    {
+        const auto view = makeView(QStringLiteral("R"), true, true);
+        view->resize(200, 218);
+        view->layoutSubviews();
+        QCOMPARE(view->contentView()->height(), 200);
+        view->setCollapsed(true, false);
+        QCOMPARE(view->contentView()->height(), 200);
+        view->setCollapsed(false, false);
+        QCOMPARE(view->height(), 218);
+        QCOMPARE(view->contentView()->geometry(), QRect(0, 18, 200, 200));
+    }
+
+    void untitledView()
+    {
+        const auto view = makeView(QString(), true, true, 60);
+        QCOMPARE(view->minHeight(), 18.0);
+        QCOMPARE(view->contentView()->y(), 0);
+        view->setCollapsed(true, false);
+        QCOMPARE(view->height(), 18);
+        view->setCollapsed(false, false);
+        QCOMPARE(view->height(), 60);
+    }
+
+    void changesBelowEpsilonDoNothing_data()
+    {
+        QTest::addColumn<double>("offset");
+        QTest::newRow("same height") << 0.0;
+        QTest::newRow("just below epsilon") << 1.0e-7;
+        QTest::newRow("epsilon exactly") << 1.1920928955078125e-7;
+    }
+
+    void changesBelowEpsilonDoNothing()
+    {
+        QFETCH(double, offset);
+        const auto view = makeView(QStringLiteral("E"));
+        RecordingViewDelegate delegate;
+        view->setDelegate(&delegate);
+        view->setHeight(118.0 + offset, true);
+        QVERIFY(delegate.log.isEmpty());
+        QVERIFY(!view->currentAnimation());
+        QVERIFY(!view->isAnimating());
+    }
+
+    void expandingToTheCurrentHeightDoesNothing()
+    {
+        // Untitled with an 18-pixel content: collapsing does not change the
+        // height, so neither does expanding.
+        const auto view = makeView(QString(), true, false, 18);
+        RecordingViewDelegate delegate;
+        view->setDelegate(&delegate);
+        view->setCollapsed(true, true);
+        QVERIFY(view->isCollapsed());
+        view->setCollapsed(false, true);
+        QVERIFY(!view->isCollapsed());
+        QVERIFY(delegate.log.isEmpty());
+        QVERIFY(!view->currentAnimation());
+    }
+
+    void nonCollapsableViewRefuses()
+    {
+        const auto view = makeView(QStringLiteral("Fixed"), false);
+        RecordingViewDelegate delegate;
+        view->setDelegate(&delegate);
+        StderrCapture capture;
+        view->setCollapsed(true, false);
+        const QByteArray report = capture.text();
+        QVERIFY2(report.contains("(_canCollapse)"), report.constData());
+        QVERIFY(!view->isCollapsed());
+        QCOMPARE(view->height(), 118);
+        QVERIFY(delegate.log.isEmpty());
+
+        StderrCapture quiet;
+        view->setCollapsed(false, false);
+        QVERIFY(quiet.text().isEmpty());
+    }
+
+    void invalidInitializerIsReported()
+    {
+        StderrCapture capture;
+        KQCollapsibleView view(QRect(0, 0, 50, 40));
+        QVERIFY(capture.text().contains("Invalid initializer method called"));
+        QVERIFY(view.title().isNull());
+        QVERIFY(!view.contentView());
+        QVERIFY(!view.canCollapse());
+    }
+
+    void headerDrawing_data()
+    {
+        QTest::addColumn<QString>("title");
+        QTest::addColumn<bool>("topLine");
+        QTest::addColumn<bool>("collapse");
+        QTest::addColumn<bool>("midAnimation");
+        QTest::addColumn<bool>("expectBand");
+        QTest::addColumn<bool>("expectTopLine");
+        QTest::addColumn<bool>("expectBottomLine");
+        const QString t = QStringLiteral("Header");
+        QTest::newRow("expanded") << t << false << false << false << true << false << true;
+        QTest::newRow("with top line") << t << true << false << false << true << true << true;
+        QTest::newRow("collapsed: no bottom line") << t << false << true << false << true << false << false;
+        QTest::newRow("collapse running: line stays") << t << false << true << true << true << false << true;
+        QTest::newRow("untitled: no header") << QString() << true << false << false << false << true << false;
+    }
+
+    void headerDrawing()
+    {
+        QFETCH(QString, title);
+        QFETCH(bool, topLine);
+        QFETCH(bool, collapse);
+        QFETCH(bool, midAnimation);
+        QFETCH(bool, expectBand);
+        QFETCH(bool, expectTopLine);
+        QFETCH(bool, expectBottomLine);
+
+        const QColor band(200, 40, 40), shadow(30, 30, 220), window(40, 180, 40);
+        const auto view = makeView(title);
+        QPalette palette = view->palette();
+        palette.setColor(QPalette::Button, band);
+        palette.setColor(QPalette::Dark, shadow);
+        palette.setColor(QPalette::Window, window);
+        view->setPalette(palette);
+        view->setAutoFillBackground(true);
+        view->setDrawTopLine(topLine);
+        if (collapse) {
+            view->setCollapsed(true, midAnimation);
+            if (midAnimation)
+                view->currentAnimation()->setCurrentTime(view->currentAnimation()->duration() / 2);
+        }
+
+        const QImage image = view->grab().toImage();
+        const int x = image.width() - 3; // right of the title text
+        const QColor background = expectBand ? band : window;
+        QCOMPARE(image.pixelColor(x, 8), background);
+        QCOMPARE(image.pixelColor(x, 0), expectTopLine ? shadow : background);
+        QCOMPARE(image.pixelColor(x, 17), expectBottomLine ? shadow : background);
+        if (expectBand)
+            QCOMPARE(image.pixelColor(x, 16), band);
+    }
+
+    void delegateDestroyedMidAnimation()
+    {
+        const auto view = makeView(QStringLiteral("D"));
+        auto delegate = std::make_unique<RecordingViewDelegate>();
+        QWidget neighbour;
+        auto *doomed = new QWidget(&neighbour);
+        delegate->extraTarget = doomed;
+        view->setDelegate(delegate.get());
+        view->setCollapsed(true, true);
+        delegate.reset();
+        delete doomed;
+        QVERIFY(!view->delegate());
+        finishAnimation(*view);
+        QCOMPARE(view->height(), 18);
+        QVERIFY(!view->isAnimating());
+    }
+};
+
+QTEST_MAIN(TestCollapsibleView)
+#include "tst_collapsibleview.moc"
