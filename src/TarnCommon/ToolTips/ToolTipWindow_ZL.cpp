@@ -137,7 +137,6 @@ void ToolTipWindow_ZL::show()
     }
     setWindowOpacity(1.0);
     QWidget::show();
-    raise();
 }
 
 bool ToolTipWindow_ZL::isFading() const
