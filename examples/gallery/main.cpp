@@ -2,11 +2,11 @@
 #include "OutputCapture.h"
 
 #include <QtCore/QCommandLineParser>
-#include <QtWidgets/QApplication>
+#include <TarnCommon/KQApplication.h>
 
 int main(int argc, char *argv[])
 {
-    QApplication application(argc, argv);
+    KQApplication application(argc, argv); // posts the events computed tooltips need
     QApplication::setOrganizationName(QStringLiteral("TarnCommon"));
     QApplication::setApplicationName(QStringLiteral("TarnCommon Gallery"));
 
