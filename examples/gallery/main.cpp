@@ -1,8 +1,9 @@
 #include "GalleryWindow.h"
 #include "OutputCapture.h"
 
+#include <TarnCommon/KQApplication.h>
+
 #include <QtCore/QCommandLineParser>
-#include <QtWidgets/QApplication>
 
 namespace {
 
@@ -22,7 +23,7 @@ void filterPlatformNoise(QtMsgType type, const QMessageLogContext &context, cons
 int main(int argc, char *argv[])
 {
     s_defaultHandler = qInstallMessageHandler(&filterPlatformNoise);
-    QApplication application(argc, argv);
+    KQApplication application(argc, argv); // posts the events computed tooltips need
     QApplication::setOrganizationName(QStringLiteral("TarnCommon"));
     QApplication::setApplicationName(QStringLiteral("TarnCommon Gallery"));
 

@@ -1,5 +1,7 @@
 tarncommon_add_files(
     PUBLIC
         KQRectRules.h KQScreenSpace.h KQWindowDelegate.h KQSettings.h
+        KQAfterEvent.h KQApplication.h
     PRIVATE
-        KQScreenSpace.cpp KQWindowDelegate.cpp KQSettings.cpp)
+        KQScreenSpace.cpp KQWindowDelegate.cpp KQSettings.cpp
+        KQAfterEvent.cpp KQApplication.cpp)

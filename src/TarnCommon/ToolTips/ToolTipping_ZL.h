@@ -17,6 +17,10 @@
 //     public:
 //         QVariant toolTipAtPoint(QPointF point, bool *wrapText) override;
 //     };
+//
+// Only the deepest widget under the pointer is asked, found by geometry
+// alone: a child covering the point (a label, even a hidden one) stands in
+// the way of its parent's tooltip. See ToolTipController_ZL.
 class TARNCOMMON_EXPORT ToolTipping_ZL
 {
 public:

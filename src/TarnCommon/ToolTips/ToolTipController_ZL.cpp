@@ -1,0 +1,127 @@
+#include <TarnCommon/ToolTipController_ZL.h>
+#include <TarnCommon/ToolTipWindow_ZL.h>
+
+#include "ToolTipController_ZL_p.h"
+#include "ToolTipHitTesting_ZL_p.h"
+#include "ToolTipTiming_ZL_p.h"
+
+#include <TarnCommon/KQAfterEvent.h>
+#include <TarnCommon/KQAssert.h>
+
+#include <QtCore/QPointer>
+#include <QtCore/QTimer>
+#include <QtGui/QCursor>
+#include <QtWidgets/QApplication>
+
+// The window as the rules see it; the window may be closed (and deleted) by
+// anyone at any time, after which there is simply nothing shown.
+class ToolTipControllerPrivate_ZL : public ToolTipPresenter_ZL
+{
+public:
+    bool isShown() const override { return toolTipWindow_ && toolTipWindow_->isShown(); }
+    void setString(const QString &text, bool wrapText) override
+    {
+        if (toolTipWindow_)
+            toolTipWindow_->setString(text, wrapText);
+    }
+    void setAttributedString(const QTextDocumentFragment &text, bool wrapText) override
+    {
+        if (toolTipWindow_)
+            toolTipWindow_->setAttributedString(text, wrapText);
+    }
+    void positionAtMouseLocation(QPointF point) override
+    {
+        if (toolTipWindow_)
+            toolTipWindow_->positionAtMouseLocation(point);
+    }
+    void show() override
+    {
+        if (toolTipWindow_)
+            toolTipWindow_->show();
+    }
+    void hide(bool fade) override
+    {
+        if (toolTipWindow_)
+            toolTipWindow_->hide(fade);
+    }
+
+    QPointer<QTimer> timer_;
+    QPointer<ToolTipWindow_ZL> toolTipWindow_;
+    QMetaObject::Connection observer_;
+    ToolTipTiming_ZL timing_;
+};
+
+ToolTipController_ZL *ToolTipController_ZL::sharedToolTipController()
+{
+    static QPointer<ToolTipController_ZL> shared;
+    if (!shared) {
+        KQAssert(QCoreApplication::instance() != nullptr, nullptr);
+        shared = new ToolTipController_ZL(QCoreApplication::instance());
+        shared->setObjectName(QStringLiteral("sharedToolTipController"));
+    }
+    return shared;
+}
+
+ToolTipController_ZL::ToolTipController_ZL(QObject *parent)
+    : QObject(parent)
+    , d(std::make_unique<ToolTipControllerPrivate_ZL>())
+{
+    d->timing_.setPointerLocation([] { return QPointF(QCursor::pos()); });
+    d->timing_.setHitTest([](bool *wrap, QPointF p) { return ToolTipAtScreenPoint(wrap, p); });
+}
+
+ToolTipController_ZL::~ToolTipController_ZL()
+{
+    QObject::disconnect(d->observer_);
+    if (d->timer_)
+        d->timer_->stop();
+    d->timing_.setPresenter(nullptr);
+    if (d->toolTipWindow_) {
+        d->toolTipWindow_->close();
+        delete d->toolTipWindow_; // gone already if it deletes itself on close
+    }
+}
+
+void ToolTipController_ZL::startup()
+{
+    if (d->toolTipWindow_ || d->timer_)
+        return;
+    KQAssert(qobject_cast<QApplication *>(QCoreApplication::instance()) != nullptr);
+    auto *window = new ToolTipWindow_ZL;
+    window->setAttribute(Qt::WA_DeleteOnClose);
+    d->toolTipWindow_ = window;
+    d->timing_.setPresenter(d.get());
+
+    d->timer_ = new QTimer(this);
+    d->timer_->setInterval(int(ToolTipTiming_ZL::pollInterval * 1000));
+    connect(d->timer_, &QTimer::timeout, this, &ToolTipController_ZL::_timerFired);
+    d->timer_->start();
+
+    d->observer_ = connect(KQAfterEventNotifier::instance(), &KQAfterEventNotifier::afterEventSent, this,
+                           &ToolTipController_ZL::_handleEvent);
+}
+
+ToolTipWindow_ZL *ToolTipController_ZL::toolTipWindow() const
+{
+    return d->toolTipWindow_;
+}
+
+void ToolTipController_ZL::_handleEvent(QEvent *event)
+{
+    d->timing_.handleEvent(event);
+}
+
+void ToolTipController_ZL::_timerFired()
+{
+    d->timing_.timerFired();
+}
+
+ToolTipTiming_ZL &ToolTipControllerTiming(ToolTipController_ZL *controller)
+{
+    return controller->d->timing_;
+}
+
+QTimer *ToolTipControllerTimer(ToolTipController_ZL *controller)
+{
+    return controller->d->timer_;
+}

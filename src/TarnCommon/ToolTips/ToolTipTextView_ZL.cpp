@@ -1,0 +1,100 @@
+#include <TarnCommon/ToolTipTextView_ZL.h>
+
+#include <QtGui/QAbstractTextDocumentLayout>
+#include <QtGui/QPainter>
+#include <QtGui/QTextCursor>
+#include <QtGui/QTextDocument>
+#include <QtGui/QTextDocumentFragment>
+#include <QtGui/QTextFrame>
+
+#include <limits>
+
+namespace {
+
+// Room left and right of each line inside the container, as a text
+// container's line padding.
+constexpr double linePadding = 4.0;
+
+void applyContainerMargins(QTextDocument *document)
+{
+    QTextFrameFormat format = document->rootFrame()->frameFormat();
+    format.setTopMargin(0);
+    format.setBottomMargin(0);
+    format.setLeftMargin(linePadding);
+    format.setRightMargin(linePadding);
+    document->rootFrame()->setFrameFormat(format);
+}
+
+} // namespace
+
+ToolTipTextView_ZL::ToolTipTextView_ZL(QWidget *parent)
+    : QWidget(parent)
+    , m_document(new QTextDocument(this))
+{
+    setAttribute(Qt::WA_TransparentForMouseEvents);
+    setFocusPolicy(Qt::NoFocus);
+    // The background is ours (drawViewBackgroundInRect), the rest clear.
+    setAttribute(Qt::WA_TranslucentBackground);
+    setAutoFillBackground(false);
+    m_document->setDocumentMargin(0);
+    m_document->setUndoRedoEnabled(false);
+    QTextOption option = m_document->defaultTextOption();
+    option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
+    m_document->setDefaultTextOption(option);
+    m_document->setDefaultFont(font());
+    applyContainerMargins(m_document);
+}
+
+ToolTipTextView_ZL::~ToolTipTextView_ZL() = default;
+
+QTextDocument *ToolTipTextView_ZL::document() const
+{
+    return m_document;
+}
+
+QRectF ToolTipTextView_ZL::setText(const QTextDocumentFragment &text, double wrapWidth)
+{
+    m_document->clear();
+    m_document->setDefaultFont(font());
+    applyContainerMargins(m_document);
+    // A negative width lays every paragraph out on one line, however long.
+    m_document->setTextWidth(wrapWidth < 0 ? -1.0 : wrapWidth);
+    QTextCursor cursor(m_document);
+    cursor.insertFragment(text);
+    update();
+    return usedRect();
+}
+
+QRectF ToolTipTextView_ZL::usedRect() const
+{
+    // idealWidth is the width the lines really take, padding included,
+    // rather than the container's.
+    QAbstractTextDocumentLayout *layout = m_document->documentLayout();
+    if (layout == nullptr)
+        return QRectF(0, 0, 0, 0);
+    return QRectF(0, 0, m_document->idealWidth(), layout->documentSize().height());
+}
+
+void ToolTipTextView_ZL::drawViewBackgroundInRect(QPainter &painter, const QRectF &)
+{
+    // The whole view, whatever part is being repainted.
+    const QRectF r = QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5);
+    painter.fillRect(r, QColor::fromRgbF(1.0f, 1.0f, 215.0f / 255.0f, 221.0f / 255.0f));
+    QPen pen(QColor::fromRgbF(0.0f, 0.0f, 0.0f, 1.0f / 3.0f));
+    pen.setWidthF(1.0);
+    painter.setPen(pen);
+    painter.setBrush(Qt::NoBrush);
+    painter.drawRect(r);
+}
+
+void ToolTipTextView_ZL::paintEvent(QPaintEvent *)
+{
+    QPainter painter(this);
+    drawViewBackgroundInRect(painter, rect());
+    const QSizeF inset = textContainerInset();
+    painter.translate(inset.width(), inset.height());
+    QAbstractTextDocumentLayout::PaintContext context;
+    context.palette = palette();
+    context.palette.setColor(QPalette::Text, Qt::black);
+    m_document->documentLayout()->draw(&painter, context);
+}

@@ -1,0 +1,102 @@
+#pragma once
+
+#include <TarnCommon/TarnCommonExport.h>
+
+#include <QtCore/QPointF>
+#include <QtCore/QString>
+#include <QtCore/QVariant>
+#include <QtGui/QTextDocumentFragment>
+
+#include <functional>
+
+class QEvent;
+
+// What one event does to the tooltip: whether a tooltip may follow it, and
+// whether it removes a visible tooltip at once. Only a plain movement or a
+// button release arms; presses, drags and keys disarm; of those only the
+// plain movement leaves a visible tooltip alone. Everything else (wheel,
+// crossings, modifiers...) changes nothing.
+struct ToolTipEventEffect_ZL
+{
+    enum Readiness { Unchanged, Arm, Disarm };
+    Readiness readiness = Unchanged;
+    bool hidesAtOnce = false;
+};
+
+TARNCOMMON_EXPORT ToolTipEventEffect_ZL ToolTipEventEffect(const QEvent *event);
+
+// Whether two answers are the same tooltip: the very same text first (a copy
+// shares its data), equal contents second, so an unchanged tooltip is never
+// laid out again.
+TARNCOMMON_EXPORT bool ToolTipsAreSame_ZL(const QVariant &a, const QVariant &b);
+
+// The tooltip window as the timing rules see it.
+class TARNCOMMON_EXPORT ToolTipPresenter_ZL
+{
+public:
+    virtual ~ToolTipPresenter_ZL();
+    virtual bool isShown() const = 0;
+    virtual void setString(const QString &text, bool wrapText) = 0;
+    virtual void setAttributedString(const QTextDocumentFragment &text, bool wrapText) = 0;
+    virtual void positionAtMouseLocation(QPointF globalPoint) = 0;
+    virtual void show() = 0;
+    virtual void hide(bool fade) = 0;
+};
+
+// The controller's rules: when a tooltip appears, is replaced, fades or goes
+// at once. Time, the pointer and the hit test are injected, so every
+// transition can be driven without waiting for a timer.
+class TARNCOMMON_EXPORT ToolTipTiming_ZL
+{
+public:
+    using Clock = std::function<double()>;                 // seconds, monotonic
+    using PointerLocation = std::function<QPointF()>;       // Qt global coordinates
+    using HitTest = std::function<QVariant(bool *wrapText, QPointF globalPoint)>;
+
+    static constexpr double pollInterval = 0.5;  // the controller's timer
+    static constexpr double restTime = 1.0;      // pointer at rest before a tooltip
+    static constexpr double showLimit = 10.0;    // one unchanged tooltip at most
+    static constexpr double graceTime = 1.0;     // away from tooltips before fading
+
+    enum class State { Idle, Armed, Showing };
+
+    ToolTipTiming_ZL();
+
+    void setClock(Clock clock);
+    void setPointerLocation(PointerLocation location);
+    void setHitTest(HitTest hitTest);
+    // Not owned; nullptr while there is no window.
+    void setPresenter(ToolTipPresenter_ZL *presenter);
+
+    // After every dispatched event.
+    void handleEvent(const QEvent *event);
+    // Every pollInterval.
+    void timerFired();
+    // Hides a shown tooltip (with or without the fade) and disarms.
+    void hideToolTip(bool fade);
+
+    State state() const;
+    bool lastEventCanPreceedToolTip() const { return lastEventCanPreceedToolTip_; }
+    double lastEventTime() const { return lastEventTime_; }
+    double lastTimeToolTipChanged() const { return lastTimeToolTipChanged_; }
+    QVariant lastShownToolTip() const { return lastShownToolTip_; }
+
+    static double defaultClock();
+
+private:
+    bool isShown() const;
+    bool tryShowToolTip();
+    void showToolTip(const QVariant &toolTip, QPointF location, bool wrapText);
+    void updateToolTipForEvent(const ToolTipEventEffect_ZL &effect);
+
+    Clock clock_;
+    PointerLocation pointerLocation_;
+    HitTest hitTest_;
+    ToolTipPresenter_ZL *presenter_ = nullptr;
+
+    bool lastEventCanPreceedToolTip_ = false;
+    double lastEventTime_ = 0;
+    double lastTimeInsideToolTipWindow_ = 0;
+    double lastTimeToolTipChanged_ = 0;
+    QVariant lastShownToolTip_;
+};

@@ -1,0 +1,183 @@
+#include <TarnCommon/ToolTipTextView_ZL.h>
+#include <TarnCommon/ToolTipWindow_ZL.h>
+
+#include "ToolTipWindow_ZL_p.h"
+
+#include <TarnCommon/KQLog.h>
+#include <TarnCommon/KQRectRules.h>
+#include <TarnCommon/KQScreenSpace.h>
+
+#include <QtCore/QVariantAnimation>
+#include <QtGui/QBitmap>
+#include <QtGui/QCursor>
+#include <QtGui/QGuiApplication>
+#include <QtWidgets/QApplication>
+
+#include <cmath>
+
+std::optional<QRectF> ScreenAtPoint(QPointF point, const QList<QRectF> &frames)
+{
+    for (const QRectF &frame : frames) {
+        if (kq_pointInRect(point, frame))
+            return frame;
+    }
+    ZLLogError("No screen found at point {%g, %g}", point.x(), point.y());
+    return std::nullopt;
+}
+
+QPointF ToolTipWindowOrigin(QPointF p, QSizeF size, const QList<QRectF> &frames, double cursorBelow)
+{
+    const QRectF sf = ScreenAtPoint(p, frames).value_or(QRectF(0, 0, 0, 0));
+    double y = p.y() - cursorBelow - size.height() - 5.0;
+    // Near the bottom of the screen the window goes above the pointer; its
+    // top is not checked after that.
+    if (kq_minY(sf) > y)
+        y = p.y() + 30.0;
+    double x = p.x();
+    if (kq_minX(sf) > p.x())
+        x = kq_minX(sf);
+    else if (x + size.width() > kq_minX(sf) + sf.width())
+        x = kq_minX(sf) + sf.width() - size.width();
+    return QPointF(x, y);
+}
+
+QSizeF ToolTipContentSize(const QRectF &used, QSizeF inset)
+{
+    return QSizeF(2 * inset.width() + used.x() + used.width(),
+                  2 * inset.height() + used.y() + used.height());
+}
+
+double ToolTipCursorReachBelowHotSpot()
+{
+    QCursor cursor;
+    if (const QCursor *override = QGuiApplication::overrideCursor())
+        cursor = *override;
+    else if (QWidget *widget = QApplication::widgetAt(QCursor::pos()))
+        cursor = widget->cursor();
+
+    QSizeF image;
+    if (!cursor.pixmap().isNull())
+        image = cursor.pixmap().deviceIndependentSize();
+    else if (cursor.shape() == Qt::BitmapCursor && !cursor.bitmap().isNull())
+        image = cursor.bitmap().deviceIndependentSize();
+    if (!image.isEmpty())
+        return image.height() - cursor.hotSpot().y();
+
+    bool ok = false;
+    const int size = qEnvironmentVariableIntValue("XCURSOR_SIZE", &ok);
+    return ok && size > 0 ? size : 16.0;
+}
+
+ToolTipWindow_ZL::ToolTipWindow_ZL()
+    : QWidget(nullptr, Qt::ToolTip | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint
+                           | Qt::WindowTransparentForInput | Qt::WindowDoesNotAcceptFocus)
+    , textView_(new ToolTipTextView_ZL(this))
+{
+    setObjectName(QStringLiteral("ToolTipWindow_ZL"));
+    resize(100, 100);
+    textView_->setGeometry(0, 0, 100, 100);
+    setString(QString(QLatin1String("")), true);
+    // Clear around the drawn background; the window system adds the shadow
+    // it gives tooltip windows.
+    setAttribute(Qt::WA_TranslucentBackground);
+    setAttribute(Qt::WA_NoSystemBackground);
+    setAttribute(Qt::WA_ShowWithoutActivating);
+    setAttribute(Qt::WA_TransparentForMouseEvents);
+    setFocusPolicy(Qt::NoFocus);
+    // Hides with the application.
+    connect(qApp, &QGuiApplication::applicationStateChanged, this, [this](Qt::ApplicationState state) {
+        if (state != Qt::ApplicationActive)
+            hide(false);
+    });
+}
+
+ToolTipWindow_ZL::~ToolTipWindow_ZL() = default;
+
+void ToolTipWindow_ZL::animationDidStop()
+{
+    animationDidEnd();
+}
+
+void ToolTipWindow_ZL::animationDidEnd()
+{
+    QWidget::hide();
+}
+
+QTextDocumentFragment ToolTipWindow_ZL::attributedString() const
+{
+    return QTextDocumentFragment(textView_->document());
+}
+
+void ToolTipWindow_ZL::setAttributedString(const QTextDocumentFragment &text, bool wrapText)
+{
+    // A tooltip that changes while fading comes back only through show().
+    if (isFading()) {
+        fadeOut_->stop();
+        animationDidStop();
+    }
+    const QRectF used = textView_->setText(text, wrapText ? wrapWidth : -1.0);
+    const QSizeF size = ToolTipContentSize(used, textView_->textContainerInset());
+    const QSize pixels(int(std::ceil(size.width())), int(std::ceil(size.height())));
+    resize(pixels);
+    textView_->setGeometry(QRect(QPoint(0, 0), pixels));
+    if (isVisible())
+        update();
+}
+
+void ToolTipWindow_ZL::setString(const QString &text, bool wrapText)
+{
+    setAttributedString(QTextDocumentFragment::fromPlainText(text), wrapText);
+}
+
+void ToolTipWindow_ZL::show()
+{
+    if (isFading()) {
+        fadeOut_->stop();
+        animationDidStop();
+    }
+    setWindowOpacity(1.0);
+    QWidget::show();
+}
+
+bool ToolTipWindow_ZL::isFading() const
+{
+    return fadeOut_ && fadeOut_->state() == QAbstractAnimation::Running;
+}
+
+bool ToolTipWindow_ZL::isShown() const
+{
+    return isVisible() && !isFading();
+}
+
+void ToolTipWindow_ZL::positionAtMouseLocation(QPointF point)
+{
+    QList<QRectF> frames;
+    const QList<KQScreenSpace::Screen> screens = KQScreenSpace::screens();
+    for (const KQScreenSpace::Screen &screen : screens)
+        frames.append(screen.frame);
+    const QSizeF size = frameGeometry().size();
+    const QPointF origin = ToolTipWindowOrigin(KQScreenSpace::fromGlobal(point), size, frames,
+                                               ToolTipCursorReachBelowHotSpot());
+    const QRectF global = KQScreenSpace::toGlobal(QRectF(origin, size));
+    move(QPoint(int(std::lround(global.x())), int(std::lround(global.y()))));
+}
+
+void ToolTipWindow_ZL::hide(bool fade)
+{
+    if (!isShown())
+        return;
+    if (!fadeOut_) {
+        fadeOut_ = new QVariantAnimation(this);
+        fadeOut_->setStartValue(1.0);
+        fadeOut_->setEndValue(0.0);
+        fadeOut_->setDuration(fadeDuration);
+        connect(fadeOut_, &QVariantAnimation::valueChanged, this,
+                [this](const QVariant &value) { setWindowOpacity(value.toDouble()); });
+        connect(fadeOut_, &QAbstractAnimation::finished, this, &ToolTipWindow_ZL::animationDidEnd);
+    }
+    if (!fade) {
+        animationDidEnd();
+        return;
+    }
+    fadeOut_->start();
+}

@@ -1,0 +1,158 @@
+// End to end under a real X server: the pointer really moves (XTest through
+// xdotool, or a pointer warp when xdotool is missing) over the gallery's
+// tooltips page, and the tooltip window must appear where it belongs after
+// the rest time, be replaced, disappear on a key and fade on leaving.
+#include "GalleryPage.h"
+
+#include <TarnCommon/KQApplication.h>
+#include <TarnCommon/KQSettings.h>
+#include <TarnCommon/ToolTipController_ZL.h>
+#include <TarnCommon/ToolTipWindow_ZL.h>
+#include <TarnCommon/ToolTipping_ZL.h>
+
+#include <QtCore/QElapsedTimer>
+#include <QtCore/QProcess>
+#include <QtCore/QStandardPaths>
+#include <QtGui/QCursor>
+#include <QtGui/QTextDocumentFragment>
+#include <QtTest/QTest>
+
+#include <memory>
+
+class TestToolTipsUnderX : public QObject
+{
+    Q_OBJECT
+
+    std::unique_ptr<QWidget> page;
+    QWidget *grid = nullptr;
+    QString xdotool;
+
+    ToolTipWindow_ZL *tip() const { return ToolTipController_ZL::sharedToolTipController()->toolTipWindow(); }
+
+    void movePointer(QPoint global)
+    {
+        if (!xdotool.isEmpty()) {
+            const int status = QProcess::execute(xdotool, {QStringLiteral("mousemove"), QString::number(global.x()),
+                                                           QString::number(global.y())});
+            QCOMPARE(status, 0);
+        } else {
+            QCursor::setPos(global);
+        }
+    }
+
+    void pressKey()
+    {
+        if (!xdotool.isEmpty())
+            QCOMPARE(QProcess::execute(xdotool, {QStringLiteral("key"), QStringLiteral("shift")}), 0);
+        else
+            QTest::keyClick(page->windowHandle(), Qt::Key_Shift);
+    }
+
+    // The centre of a swatch in global coordinates, and what it answers there.
+    QPoint swatchCentre(int index) const
+    {
+        const int cell = 64, gap = 12, columns = 4;
+        const QPoint local(gap + (index % columns) * cell + (cell - gap) / 2, gap + (index / columns) * cell + (cell - gap) / 2);
+        return grid->mapToGlobal(local);
+    }
+
+    QString answerAt(QPoint global) const
+    {
+        bool wrap = true;
+        const QVariant answer = qobject_cast<ToolTipping_ZL *>(grid)->toolTipAtPoint(grid->mapFromGlobal(global), &wrap);
+        return answer.canConvert<QTextDocumentFragment>() && answer.metaType() != QMetaType::fromType<QString>()
+                   ? answer.value<QTextDocumentFragment>().toPlainText()
+                   : answer.toString();
+    }
+
+    // The window's top 5 under the standard arrow, 16 tall with its hot
+    // spot at the top.
+    static QPoint expectedPosition(QPoint pointer) { return pointer + QPoint(0, 16 + 5); }
+
+private Q_SLOTS:
+    void initTestCase()
+    {
+        KQSettings::enableTestMode();
+        qunsetenv("XCURSOR_SIZE");
+        QCOMPARE(QGuiApplication::platformName(), QStringLiteral("xcb"));
+        xdotool = QStandardPaths::findExecutable(QStringLiteral("xdotool"));
+        if (xdotool.isEmpty())
+            qWarning("xdotool not found: moving the pointer by warping it instead");
+        GalleryPage tooltips;
+        for (const GalleryPage &p : GalleryPages::all()) {
+            if (p.id == QStringLiteral("tooltips"))
+                tooltips = p;
+        }
+        QVERIFY(tooltips.create);
+        page.reset(tooltips.create());
+        page->setGeometry(60, 60, 700, 500);
+        page->show();
+        QVERIFY(QTest::qWaitForWindowExposed(page.get()));
+        page->activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(page.get()));
+        grid = page->findChild<QWidget *>(QStringLiteral("swatchGrid"));
+        QVERIFY(grid != nullptr);
+        QVERIFY(tip() != nullptr); // the page started the controller
+        // Park the pointer away from every tooltip.
+        movePointer(page->mapToGlobal(QPoint(650, 450)));
+        QTest::qWait(50);
+    }
+
+    void appearsBelowThePointerAfterRest()
+    {
+        const QPoint pointer = swatchCentre(0);
+        QElapsedTimer sinceMove;
+        sinceMove.start();
+        movePointer(pointer);
+        QVERIFY(QTest::qWaitFor([this] { return tip()->isShown(); }, 5000));
+        QVERIFY2(sinceMove.elapsed() >= 1000, qPrintable(QString::number(sinceMove.elapsed())));
+        QCOMPARE(tip()->attributedString().toPlainText(), answerAt(pointer));
+        QCOMPARE(tip()->attributedString().toPlainText(), QStringLiteral("Ivory #fffff0"));
+        QCOMPARE(tip()->pos(), expectedPosition(pointer));
+        QVERIFY(tip()->width() > 0 && tip()->height() > 6);
+    }
+
+    void differentSwatchReplacesAtThePointer()
+    {
+        QVERIFY(tip()->isShown());
+        const QPoint pointer = swatchCentre(1) + QPoint(3, 2);
+        movePointer(pointer);
+        QVERIFY(QTest::qWaitFor([&] { return tip()->attributedString().toPlainText() == answerAt(pointer); }, 3000));
+        QVERIFY(tip()->isShown());
+        QVERIFY(tip()->attributedString().toPlainText().startsWith(QStringLiteral("Saffron")));
+        QCOMPARE(tip()->pos(), expectedPosition(pointer));
+        QVERIFY(tip()->width() <= 100); // rich text wraps
+    }
+
+    void keyHidesAtOnce()
+    {
+        QVERIFY(tip()->isShown());
+        pressKey();
+        QVERIFY(QTest::qWaitFor([this] { return !tip()->isVisible(); }, 1000));
+        // Disarmed: resting on does not bring it back.
+        QTest::qWait(1600);
+        QVERIFY(!tip()->isVisible());
+    }
+
+    void leavingFades()
+    {
+        const QPoint pointer = swatchCentre(2);
+        movePointer(pointer);
+        QVERIFY(QTest::qWaitFor([this] { return tip()->isShown(); }, 5000));
+        QCOMPARE(tip()->pos(), expectedPosition(pointer));
+        movePointer(page->mapToGlobal(QPoint(650, 450)));
+        QVERIFY(QTest::qWaitFor([this] { return tip()->isFading() || !tip()->isVisible(); }, 4000));
+        QVERIFY(!tip()->isShown());
+        QVERIFY(QTest::qWaitFor([this] { return !tip()->isVisible(); }, 3000));
+    }
+
+    void cleanupTestCase() { page.reset(); }
+};
+
+int main(int argc, char *argv[])
+{
+    KQApplication application(argc, argv);
+    TestToolTipsUnderX test;
+    return QTest::qExec(&test, argc, argv);
+}
+#include "tst_tooltips_xvfb.moc"
