@@ -1,11 +1,11 @@
 #include <TarnCommon/KQGeometry.h>
 
+#include "StreamCapture.h"
+
 #include <QtCore/QRegularExpression>
 #include <QtTest/QtTest>
 
 #include <cmath>
-#include <cstdio>
-#include <unistd.h>
 #include <limits>
 
 namespace {
@@ -113,22 +113,13 @@ void tst_Geometry::setEdge()
 
 void tst_Geometry::invalidEdgeIsLoggedAndIgnored()
 {
-    // The logged error goes to stdout; capture it through a pipe on fd 1.
-    QTemporaryFile capture;
-    QVERIFY(capture.open());
-    std::fflush(stdout);
-    const int saved = ::dup(STDOUT_FILENO);
-    ::dup2(capture.handle(), STDOUT_FILENO);
+    StreamCapture out(stdout);
     const QRectF r = q_RECT_set_edge_to_location(QRectF(1, 2, 3, 4), 4, 100.0);
     const QRectF r2 = q_RECT_set_edge_to_location(QRectF(1, 2, 3, 4), 0xFFFFFFFFu, 100.0);
-    std::fflush(stdout);
-    ::dup2(saved, STDOUT_FILENO);
-    ::close(saved);
     QVERIFY(sameRect(r, QRectF(1, 2, 3, 4)));
     QVERIFY(sameRect(r2, QRectF(1, 2, 3, 4)));
-    capture.seek(0);
-    QCOMPARE(capture.readAll(), QByteArray("!!! ERROR !!! -- 4 is not a valid NSRectEdge value\n"
-                                           "!!! ERROR !!! -- -1 is not a valid NSRectEdge value\n"));
+    QCOMPARE(out.text(), QByteArray("!!! ERROR !!! -- 4 is not a valid NSRectEdge value\n"
+                                    "!!! ERROR !!! -- -1 is not a valid NSRectEdge value\n"));
 }
 
 void tst_Geometry::setCorner_data()
