@@ -43,6 +43,7 @@ private Q_SLOTS:
     void delegateSetting();
     void alert_data();
     void alert();
+    void alertNeedsItsParent();
     void frameAccessors();
 };
 
@@ -153,20 +154,42 @@ void tst_WindowHelpers::alert_data()
 {
     QTest::addColumn<QString>("shortText");
     QTest::addColumn<QString>("longText");
-    QTest::newRow("both texts") << QStringLiteral("Save changes?") << QStringLiteral("They will be lost.");
-    QTest::newRow("no texts") << QString() << QString();
+    QTest::addColumn<bool>("parented");
+    QTest::newRow("both texts") << QStringLiteral("Save changes?") << QStringLiteral("They will be lost.") << false;
+    QTest::newRow("no texts") << QString() << QString() << false;
+    QTest::newRow("child of a window") << QStringLiteral("Revert?") << QString() << true;
 }
 
 void tst_WindowHelpers::alert()
 {
     QFETCH(QString, shortText);
     QFETCH(QString, longText);
-    const std::unique_ptr<QMessageBox> alert = f_alertWithShortText(shortText, longText, QMessageBox::Critical);
+    QFETCH(bool, parented);
+    std::unique_ptr<QMessageBox> owned;
+    auto parent = std::make_unique<QWidget>();
+    QPointer<QMessageBox> alert;
+    if (parented) {
+        alert = f_alertWithShortText(shortText, longText, QMessageBox::Critical, parent.get());
+    } else {
+        owned = f_alertWithShortText(shortText, longText, QMessageBox::Critical);
+        alert = owned.get();
+    }
     QVERIFY(alert);
     QVERIFY(!alert->isVisible());
     QCOMPARE(alert->icon(), QMessageBox::Critical);
     QCOMPARE(alert->text(), shortText.isNull() ? QStringLiteral("") : shortText);
     QCOMPARE(alert->informativeText(), longText.isNull() ? QStringLiteral("") : longText);
+    QCOMPARE(alert->parentWidget(), parented ? parent.get() : nullptr);
+    // A parented alert goes with its parent, and nothing else deletes it again.
+    parent.reset();
+    QCOMPARE(alert.isNull(), parented);
+}
+
+void tst_WindowHelpers::alertNeedsItsParent()
+{
+    StreamCapture errors(stderr);
+    QCOMPARE(f_alertWithShortText(QStringLiteral("Hi"), QString(), QMessageBox::Warning, nullptr), nullptr);
+    QVERIFY(errors.text().contains("parent != nullptr"));
 }
 
 void tst_WindowHelpers::frameAccessors()
