@@ -219,10 +219,13 @@ void tst_EmptyInspectorMode::documentIcon()
                                                                          QUrl(image.name()));
         QVERIFY(resource.isValid());
         QVERIFY(plain.endsWith(QChar(QChar::ObjectReplacementCharacter) + QStringLiteral(" Notes")));
-        QVERIFY(!title.format.boolProperty(QTextFormat::ImageName));
     } else {
         QVERIFY(plain.endsWith(QStringLiteral("window:\nNotes")));
     }
+    // Only the title is raised, and only beside an icon.
+    QCOMPARE(title.format.baselineOffset() > 0, hasIcon);
+    QCOMPARE(parts.first().format.baselineOffset(), 0.0);
+    QVERIFY(!parts.first().format.hasProperty(KQEmptyInspectorMode::BaselineOffsetProperty));
 }
 
 QTEST_MAIN(tst_EmptyInspectorMode)
