@@ -40,6 +40,17 @@ std::unique_ptr<KQInspectorWindow> makeShownInspector(const QRect &content = QRe
     return inspector;
 }
 
+// A document window that may refuse to close.
+class RefusableWindow : public DocumentWindow
+{
+public:
+    using DocumentWindow::DocumentWindow;
+    bool refuseClose = false;
+
+protected:
+    void closeEvent(QCloseEvent *event) override { event->setAccepted(!refuseClose); }
+};
+
 } // namespace
 
 class tst_InspectorWindow : public QObject
@@ -562,7 +573,7 @@ void tst_InspectorWindow::closingOwnersWindowDropsOwner()
     RecordingMode mode(QStringLiteral("m"), &log);
     RecordingOwner controller(QStringLiteral("A"), &log, &mode);
     // Both windows hand the inspector to the same owner, but it controls only one.
-    DocumentWindow controlled(&controller);
+    RefusableWindow controlled(&controller);
     kq_setWindowController(&controlled, &controller);
     DocumentWindow unrelated(&controller);
     auto inspector = makeShownInspector();
@@ -573,7 +584,19 @@ void tst_InspectorWindow::closingOwnersWindowDropsOwner()
     unrelated.close();
     QCOMPARE(inspector->focusOwner(), &controller);
     QVERIFY(activate(&controlled));
-    controlled.close();
+
+    // A close that the window refuses (a document asking to save first) is
+    // no closing, and neither is hiding it later.
+    controlled.refuseClose = true;
+    QVERIFY(!controlled.close());
+    QCOMPARE(inspector->focusOwner(), &controller);
+    QCoreApplication::processEvents();
+    controlled.hide();
+    QCOMPARE(inspector->focusOwner(), &controller);
+    QVERIFY(activate(&controlled));
+
+    controlled.refuseClose = false;
+    QVERIFY(controlled.close());
     QCOMPARE(inspector->focusOwner(), nullptr);
     QVERIFY(qobject_cast<KQEmptyInspectorMode *>(inspector->mode()));
 }

@@ -123,6 +123,7 @@ public:
     QMetaObject::Connection modeGuard;
     QMetaObject::Connection ownerGuard;
     QPointer<QWidget> lastMainWindow;
+    QPointer<QWidget> closingWindow;
     bool tracking = false;
     bool silentVisibility = false;
     bool hiddenByDeactivation = false;
@@ -545,10 +546,20 @@ void KQInspectorWindow::Private::focusWindowChanged(QWindow *window)
 
 bool KQInspectorWindow::eventFilter(QObject *watched, QEvent *event)
 {
-    if (event->type() == QEvent::Close && watched->isWidgetType()) {
-        auto *widget = static_cast<QWidget *>(watched);
-        if (widget->isWindow() && widget != this)
-            windowWillClose(widget);
+    const QEvent::Type type = event->type();
+    if ((type == QEvent::Close || type == QEvent::Hide) && watched->isWidgetType() && watched != this
+        && static_cast<QWidget *>(watched)->isWindow()) {
+        auto *window = static_cast<QWidget *>(watched);
+        if (type == QEvent::Close) {
+            // The window may still refuse to close (an unsaved document that
+            // asks first). An accepted close hides it at once, in this turn of
+            // the event loop; a refused one leaves nothing to act on.
+            d->closingWindow = window;
+            QMetaObject::invokeMethod(this, [this] { d->closingWindow = nullptr; }, Qt::QueuedConnection);
+        } else if (d->closingWindow == window) {
+            d->closingWindow = nullptr;
+            windowWillClose(window);
+        }
     }
     return NSWindow_ZL::eventFilter(watched, event);
 }
