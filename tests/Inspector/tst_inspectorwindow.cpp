@@ -736,6 +736,13 @@ void tst_InspectorWindow::frameSurvivesRecreation()
     second.setFrameAutosaveName(key);
     QCOMPARE(second.geometry(), QRect(140, 160, 320, 240));
     QCOMPARE(KQSettings::userDefaults()->value(key).toRect(), QRect(140, 160, 320, 240));
+
+    // A frame saved on a screen that is no longer there is not restored.
+    KQSettings::userDefaults()->setValue(key, QRect(5000, 4000, 320, 240));
+    KQInspectorWindow third;
+    const QRect made = third.geometry();
+    third.setFrameAutosaveName(key);
+    QCOMPARE(third.geometry(), made);
 }
 
 void tst_InspectorWindow::trackingFollowsActivation()

@@ -8,6 +8,7 @@
 #include <TarnCommon/KQInspectorFocusOwner.h>
 #include <TarnCommon/KQInspectorMode.h>
 #include <TarnCommon/KQLog.h>
+#include <TarnCommon/KQRectRules.h>
 #include <TarnCommon/KQScreenSpace.h>
 #include <TarnCommon/KQSettings.h>
 #include <TarnCommon/KQWindowDelegate.h>
@@ -22,6 +23,7 @@
 #include <QtWidgets/QMessageBox>
 #include <QtWidgets/QSizeGrip>
 
+#include <algorithm>
 #include <limits>
 
 const char *const KQInspectorWindow::frameAutosaveKey = "QN.sharedInspectorWindow.frame";
@@ -706,6 +708,14 @@ void KQInspectorWindow::Private::restoreFrame()
         return;
     const QRect frame = KQSettings::userDefaults()->value(q->m_frameAutosaveName).toRect();
     if (!frame.isValid())
+        return;
+    // A frame left on a screen that has since gone would bring the inspector
+    // back where nobody can see it: it then stays where it was made.
+    const QList<QScreen *> screens = QGuiApplication::screens();
+    const bool onScreen = std::any_of(screens.cbegin(), screens.cend(), [&frame](const QScreen *screen) {
+        return kq_intersectsRect(QRectF(frame), QRectF(screen->availableGeometry()));
+    });
+    if (!onScreen)
         return;
     restoringFrame = true;
     setContentGeometry(frame.marginsRemoved(frameMargins()));
