@@ -464,8 +464,10 @@ void tst_InspectorWindow::propertiesFollowMode()
     mode.setTitle(QStringLiteral("Shapes"));
     QCOMPARE(inspector->windowTitle(), QStringLiteral("Shapes"));
     log.clear();
+    QSignalSpy levelChanges(inspector.get(), &KQInspectorWindow::levelChanged);
     mode.setLevel(0);
     QCOMPARE(inspector->level(), qint64(0));
+    QCOMPARE(levelChanges.count(), 1);
     QVERIFY(!inspector->windowFlags().testFlag(Qt::WindowStaysOnTopHint));
     QVERIFY(inspector->isVisible());
     QVERIFY(log.isEmpty()); // re-showing after the flag change is no showing for the mode

@@ -660,14 +660,12 @@ void KQInspectorWindow::orderBack()
     lower();
 }
 
-QRectF KQInspectorWindow::constrainFrameRect(const QRectF &frame, const QScreen *screen) const
-{
-    return ConstrainFrameRectToScreen_ZL(screen, false, frame);
-}
-
 void KQInspectorWindow::setLevel(qint64 level)
 {
+    if (level == m_level)
+        return;
     m_level = level;
+    Q_EMIT levelChanged();
     const bool onTop = level > 0;
     if (windowFlags().testFlag(Qt::WindowStaysOnTopHint) == onTop)
         return;

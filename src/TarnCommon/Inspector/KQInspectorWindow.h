@@ -57,7 +57,7 @@ class TARNCOMMON_EXPORT KQInspectorWindow : public NSWindow_ZL
     Q_OBJECT
     Q_PROPERTY(QObject *focusOwner READ focusOwner WRITE setFocusOwner NOTIFY focusOwnerChanged)
     Q_PROPERTY(KQInspectorMode *mode READ mode WRITE setMode NOTIFY modeChanged)
-    Q_PROPERTY(qint64 level READ level WRITE setLevel)
+    Q_PROPERTY(qint64 level READ level WRITE setLevel NOTIFY levelChanged)
 
 public:
     // The settings key of the shared inspector's frame.
@@ -120,7 +120,7 @@ public:
     void orderFont(); // brings the inspector to the front
     void orderBack();
 
-    QRectF constrainFrameRect(const QRectF &frame, const QScreen *screen) const override;
+    // The inspector never stands for a document.
     bool canBecomeMainWindow() const { return false; }
 
     // Window state the modes steer, in the platform's terms.
@@ -148,6 +148,7 @@ public:
 Q_SIGNALS:
     void focusOwnerChanged();
     void modeChanged();
+    void levelChanged();
 
 protected:
     void setUpCurrentMode();
