@@ -81,6 +81,7 @@ private Q_SLOTS:
     void sizingRules();
     void showAndHideTellTheMode();
     void showingLooksOwnerUpWhileHidden();
+    void unsizedViewInHiddenInspector();
     void deactivationHidesAndReactivationLooksUpLater();
     void closingOwnersWindowDropsOwner();
     void errorPresentation_data();
@@ -541,6 +542,29 @@ void tst_InspectorWindow::showingLooksOwnerUpWhileHidden()
     // Installed while still hidden, then told of the showing once.
     QCOMPARE(log, (QStringList{"A:willGain", "A:didGain", "m:willShow"}));
     QCOMPARE(inspector->geometry().size(), QSize(260, 140));
+}
+
+void tst_InspectorWindow::unsizedViewInHiddenInspector()
+{
+    // The empty mode's text view starts without a size; installed while the
+    // inspector is hidden (its owner's window closed meanwhile), it must not
+    // shrink the inspector to nothing.
+    QStringList log;
+    RecordingMode mode(QStringLiteral("m"), &log);
+    RecordingOwner owner(QStringLiteral("A"), &log, &mode);
+    KQInspectorWindow inspector;
+    inspector.setGeometry(100, 200, 30, 260);
+    inspector.setFocusOwner(&owner);
+    QCOMPARE(inspector.geometry(), QRect(100, 200, 220, 160)); // a sized view is taken as it is
+    inspector.setFocusOwner(nullptr);
+    QVERIFY(qobject_cast<KQEmptyInspectorMode *>(inspector.mode()));
+    QCOMPARE(inspector.geometry(), QRect(100, 200, 220, 160));
+
+    // Within the mode's limits, though.
+    inspector.setMode(nullptr);
+    inspector.setGeometry(100, 200, 30, 260);
+    inspector.setMode(new KQEmptyInspectorMode(nullptr, &inspector));
+    QCOMPARE(inspector.geometry(), QRect(100, 200, 50, 260));
 }
 
 void tst_InspectorWindow::deactivationHidesAndReactivationLooksUpLater()

@@ -440,6 +440,16 @@ QRectF KQInspectorWindow::resizeWindowForNewMode(KQInspectorMode *mode)
         size = KQInspectorLayout::clampedContentSize(QSizeF(geometry().size()), minSize, maxSize);
     } else {
         size = QSizeF(view->size());
+        // A view without a size of its own yet (the empty mode's text view
+        // starts at zero) would shrink the window to nothing: it keeps the
+        // window's size instead, within the limits of a resizable mode.
+        if (size.isEmpty()) {
+            size = QSizeF(geometry().size());
+            const QSizeF minSize = mode->minSize();
+            const QSizeF maxSize = mode->maxSize();
+            if (mode->isResizable() && minSize.width() <= maxSize.width() && minSize.height() <= maxSize.height())
+                size = KQInspectorLayout::clampedContentSize(size, minSize, maxSize);
+        }
     }
     const QRect viewFrame(QPoint(0, 0), toPixels(size));
     if (view->geometry() != viewFrame)
