@@ -22,6 +22,8 @@ public:
     Q_INVOKABLE bool wantsYes() const { return true; }
     Q_INVOKABLE bool wantsNo() const { return false; }
     Q_INVOKABLE int wideAnswer() const { return 0x10001; }
+    Q_INVOKABLE char byteAnswer() const { return 'Y'; }
+    Q_INVOKABLE void noAnswer() const { }
     Q_INVOKABLE bool needsArgument(int value) const { return value > 0; }
 };
 
@@ -131,6 +133,8 @@ void tst_WindowHelpers::delegateSetting_data()
     QTest::newRow("no over a yes default") << QByteArray("wantsNo") << true << true << false << false;
     QTest::newRow("wider result") << QByteArray("wideAnswer") << true << false << false << true;
     QTest::newRow("wider result, yes default") << QByteArray("wideAnswer") << true << true << true << true;
+    QTest::newRow("one-byte result") << QByteArray("byteAnswer") << true << false << true << false;
+    QTest::newRow("no result") << QByteArray("noAnswer") << true << true << true << true;
     QTest::newRow("takes an argument") << QByteArray("needsArgument") << true << false << false << true;
 }
 
