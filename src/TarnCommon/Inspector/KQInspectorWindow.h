@@ -84,11 +84,13 @@ public:
     KQInspectorMode *mode() const;
     void setMode(KQInspectorMode *mode);
 
-    // Looks the focus owner up now, as when the inspector comes on screen.
+    // Looks the focus owner up now, as when the inspector comes on screen:
+    // even while hidden, though not while the application is inactive.
     void updateFocusOwner();
-    // Looks it up for a change of object (a window that became active, the
-    // application): ignored while hidden or inactive, and for file dialogs
-    // and inspectors.
+    // Looks it up for a change of notificationObject (a window that became
+    // active, the application): ignored while the inspector is hidden or the
+    // application inactive, and for file dialogs and inspectors. A null
+    // object still counts as such a change (so it is ignored while hidden).
     void updateFocusOwner(QObject *notificationObject);
 
     // Sizes mode's view and the window for the mode, keeping the window's top
