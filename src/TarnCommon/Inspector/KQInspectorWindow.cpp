@@ -8,7 +8,6 @@
 #include <TarnCommon/KQInspectorFocusOwner.h>
 #include <TarnCommon/KQInspectorMode.h>
 #include <TarnCommon/KQLog.h>
-#include <TarnCommon/KQRectRules.h>
 #include <TarnCommon/KQScreenSpace.h>
 #include <TarnCommon/KQSettings.h>
 #include <TarnCommon/KQWindowDelegate.h>
@@ -23,7 +22,6 @@
 #include <QtWidgets/QMessageBox>
 #include <QtWidgets/QSizeGrip>
 
-#include <algorithm>
 #include <limits>
 
 const char *const KQInspectorWindow::frameAutosaveKey = "QN.sharedInspectorWindow.frame";
@@ -714,20 +712,19 @@ void KQInspectorWindow::Private::restoreFrame()
 {
     if (q->m_frameAutosaveName.isEmpty())
         return;
-    const QRect frame = KQSettings::userDefaults()->value(q->m_frameAutosaveName).toRect();
-    if (!frame.isValid())
+    const QByteArray saved = KQSettings::userDefaults()->value(q->m_frameAutosaveName).toByteArray();
+    if (saved.isEmpty())
         return;
-    // A frame left on a screen that has since gone would bring the inspector
-    // back where nobody can see it: it then stays where it was made.
-    const QList<QScreen *> screens = QGuiApplication::screens();
-    const bool onScreen = std::any_of(screens.cbegin(), screens.cend(), [&frame](const QScreen *screen) {
-        return kq_intersectsRect(QRectF(frame), QRectF(screen->availableGeometry()));
-    });
-    if (!onScreen)
-        return;
+    // Qt's own record of a window's geometry keeps the content apart from the
+    // window manager's frame, which is not known before the window is first
+    // shown: restoring a bare frame rectangle as content would grow the
+    // window by its decoration at every launch. Qt also brings back a frame
+    // saved on a screen that has since gone onto one that is there.
     restoringFrame = true;
-    setContentGeometry(frame.marginsRemoved(frameMargins()));
-    q->move(frame.topLeft());
+    q->setMinimumSize(0, 0);
+    q->setMaximumSize(QWIDGETSIZE_MAX, QWIDGETSIZE_MAX);
+    q->restoreGeometry(saved);
+    applySizeConstraints();
     restoringFrame = false;
 }
 
@@ -742,7 +739,7 @@ void KQInspectorWindow::saveFrameNow()
     d->frameSaveTimer->stop();
     if (m_frameAutosaveName.isEmpty())
         return;
-    KQSettings::userDefaults()->setValue(m_frameAutosaveName, frameGeometry());
+    KQSettings::userDefaults()->setValue(m_frameAutosaveName, saveGeometry());
 }
 
 void KQInspectorWindow::moveEvent(QMoveEvent *event)

@@ -142,7 +142,7 @@ public:
     QDialog *attachedSheet() const;
 
     // The frame is restored from this settings key now and saved under it
-    // whenever it changes.
+    // whenever it changes, as QWidget::saveGeometry() records it.
     void setFrameAutosaveName(const QString &name);
     QString frameAutosaveName() const { return m_frameAutosaveName; }
     void saveFrameNow();
