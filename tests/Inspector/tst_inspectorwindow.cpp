@@ -40,6 +40,17 @@ std::unique_ptr<KQInspectorWindow> makeShownInspector(const QRect &content = QRe
     return inspector;
 }
 
+// A document window that may refuse to close.
+class RefusableWindow : public DocumentWindow
+{
+public:
+    using DocumentWindow::DocumentWindow;
+    bool refuseClose = false;
+
+protected:
+    void closeEvent(QCloseEvent *event) override { event->setAccepted(!refuseClose); }
+};
+
 } // namespace
 
 class tst_InspectorWindow : public QObject
@@ -70,6 +81,7 @@ private Q_SLOTS:
     void sizingRules();
     void showAndHideTellTheMode();
     void showingLooksOwnerUpWhileHidden();
+    void unsizedViewInHiddenInspector();
     void deactivationHidesAndReactivationLooksUpLater();
     void closingOwnersWindowDropsOwner();
     void errorPresentation_data();
@@ -453,8 +465,10 @@ void tst_InspectorWindow::propertiesFollowMode()
     mode.setTitle(QStringLiteral("Shapes"));
     QCOMPARE(inspector->windowTitle(), QStringLiteral("Shapes"));
     log.clear();
+    QSignalSpy levelChanges(inspector.get(), &KQInspectorWindow::levelChanged);
     mode.setLevel(0);
     QCOMPARE(inspector->level(), qint64(0));
+    QCOMPARE(levelChanges.count(), 1);
     QVERIFY(!inspector->windowFlags().testFlag(Qt::WindowStaysOnTopHint));
     QVERIFY(inspector->isVisible());
     QVERIFY(log.isEmpty()); // re-showing after the flag change is no showing for the mode
@@ -530,6 +544,29 @@ void tst_InspectorWindow::showingLooksOwnerUpWhileHidden()
     QCOMPARE(inspector->geometry().size(), QSize(260, 140));
 }
 
+void tst_InspectorWindow::unsizedViewInHiddenInspector()
+{
+    // The empty mode's text view starts without a size; installed while the
+    // inspector is hidden (its owner's window closed meanwhile), it must not
+    // shrink the inspector to nothing.
+    QStringList log;
+    RecordingMode mode(QStringLiteral("m"), &log);
+    RecordingOwner owner(QStringLiteral("A"), &log, &mode);
+    KQInspectorWindow inspector;
+    inspector.setGeometry(100, 200, 30, 260);
+    inspector.setFocusOwner(&owner);
+    QCOMPARE(inspector.geometry(), QRect(100, 200, 220, 160)); // a sized view is taken as it is
+    inspector.setFocusOwner(nullptr);
+    QVERIFY(qobject_cast<KQEmptyInspectorMode *>(inspector.mode()));
+    QCOMPARE(inspector.geometry(), QRect(100, 200, 220, 160));
+
+    // Within the mode's limits, though.
+    inspector.setMode(nullptr);
+    inspector.setGeometry(100, 200, 30, 260);
+    inspector.setMode(new KQEmptyInspectorMode(nullptr, &inspector));
+    QCOMPARE(inspector.geometry(), QRect(100, 200, 50, 260));
+}
+
 void tst_InspectorWindow::deactivationHidesAndReactivationLooksUpLater()
 {
     QStringList log;
@@ -562,7 +599,7 @@ void tst_InspectorWindow::closingOwnersWindowDropsOwner()
     RecordingMode mode(QStringLiteral("m"), &log);
     RecordingOwner controller(QStringLiteral("A"), &log, &mode);
     // Both windows hand the inspector to the same owner, but it controls only one.
-    DocumentWindow controlled(&controller);
+    RefusableWindow controlled(&controller);
     kq_setWindowController(&controlled, &controller);
     DocumentWindow unrelated(&controller);
     auto inspector = makeShownInspector();
@@ -573,7 +610,19 @@ void tst_InspectorWindow::closingOwnersWindowDropsOwner()
     unrelated.close();
     QCOMPARE(inspector->focusOwner(), &controller);
     QVERIFY(activate(&controlled));
-    controlled.close();
+
+    // A close that the window refuses (a document asking to save first) is
+    // no closing, and neither is hiding it later.
+    controlled.refuseClose = true;
+    QVERIFY(!controlled.close());
+    QCOMPARE(inspector->focusOwner(), &controller);
+    QCoreApplication::processEvents();
+    controlled.hide();
+    QCOMPARE(inspector->focusOwner(), &controller);
+    QVERIFY(activate(&controlled));
+
+    controlled.refuseClose = false;
+    QVERIFY(controlled.close());
     QCOMPARE(inspector->focusOwner(), nullptr);
     QVERIFY(qobject_cast<KQEmptyInspectorMode *>(inspector->mode()));
 }
@@ -712,7 +761,16 @@ void tst_InspectorWindow::frameSurvivesRecreation()
     QVERIFY(second.geometry() != QRect(140, 160, 320, 240));
     second.setFrameAutosaveName(key);
     QCOMPARE(second.geometry(), QRect(140, 160, 320, 240));
-    QCOMPARE(KQSettings::userDefaults()->value(key).toRect(), QRect(140, 160, 320, 240));
+
+    // A frame saved on a screen that is no longer there comes back on one
+    // that is, with its size.
+    QWidget elsewhere;
+    elsewhere.setGeometry(5000, 4000, 320, 240);
+    KQSettings::userDefaults()->setValue(key, elsewhere.saveGeometry());
+    KQInspectorWindow third;
+    third.setFrameAutosaveName(key);
+    QCOMPARE(third.geometry().size(), QSize(320, 240));
+    QVERIFY(QGuiApplication::screenAt(third.geometry().center()));
 }
 
 void tst_InspectorWindow::trackingFollowsActivation()

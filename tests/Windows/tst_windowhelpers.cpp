@@ -22,6 +22,8 @@ public:
     Q_INVOKABLE bool wantsYes() const { return true; }
     Q_INVOKABLE bool wantsNo() const { return false; }
     Q_INVOKABLE int wideAnswer() const { return 0x10001; }
+    Q_INVOKABLE char byteAnswer() const { return 'Y'; }
+    Q_INVOKABLE void noAnswer() const { }
     Q_INVOKABLE bool needsArgument(int value) const { return value > 0; }
 };
 
@@ -43,6 +45,7 @@ private Q_SLOTS:
     void delegateSetting();
     void alert_data();
     void alert();
+    void alertNeedsItsParent();
     void frameAccessors();
 };
 
@@ -130,6 +133,8 @@ void tst_WindowHelpers::delegateSetting_data()
     QTest::newRow("no over a yes default") << QByteArray("wantsNo") << true << true << false << false;
     QTest::newRow("wider result") << QByteArray("wideAnswer") << true << false << false << true;
     QTest::newRow("wider result, yes default") << QByteArray("wideAnswer") << true << true << true << true;
+    QTest::newRow("one-byte result") << QByteArray("byteAnswer") << true << false << true << false;
+    QTest::newRow("no result") << QByteArray("noAnswer") << true << true << true << true;
     QTest::newRow("takes an argument") << QByteArray("needsArgument") << true << false << false << true;
 }
 
@@ -153,20 +158,42 @@ void tst_WindowHelpers::alert_data()
 {
     QTest::addColumn<QString>("shortText");
     QTest::addColumn<QString>("longText");
-    QTest::newRow("both texts") << QStringLiteral("Save changes?") << QStringLiteral("They will be lost.");
-    QTest::newRow("no texts") << QString() << QString();
+    QTest::addColumn<bool>("parented");
+    QTest::newRow("both texts") << QStringLiteral("Save changes?") << QStringLiteral("They will be lost.") << false;
+    QTest::newRow("no texts") << QString() << QString() << false;
+    QTest::newRow("child of a window") << QStringLiteral("Revert?") << QString() << true;
 }
 
 void tst_WindowHelpers::alert()
 {
     QFETCH(QString, shortText);
     QFETCH(QString, longText);
-    const std::unique_ptr<QMessageBox> alert = f_alertWithShortText(shortText, longText, QMessageBox::Critical);
+    QFETCH(bool, parented);
+    std::unique_ptr<QMessageBox> owned;
+    auto parent = std::make_unique<QWidget>();
+    QPointer<QMessageBox> alert;
+    if (parented) {
+        alert = f_alertWithShortText(shortText, longText, QMessageBox::Critical, parent.get());
+    } else {
+        owned = f_alertWithShortText(shortText, longText, QMessageBox::Critical);
+        alert = owned.get();
+    }
     QVERIFY(alert);
     QVERIFY(!alert->isVisible());
     QCOMPARE(alert->icon(), QMessageBox::Critical);
     QCOMPARE(alert->text(), shortText.isNull() ? QStringLiteral("") : shortText);
     QCOMPARE(alert->informativeText(), longText.isNull() ? QStringLiteral("") : longText);
+    QCOMPARE(alert->parentWidget(), parented ? parent.get() : nullptr);
+    // A parented alert goes with its parent, and nothing else deletes it again.
+    parent.reset();
+    QCOMPARE(alert.isNull(), parented);
+}
+
+void tst_WindowHelpers::alertNeedsItsParent()
+{
+    StreamCapture errors(stderr);
+    QCOMPARE(f_alertWithShortText(QStringLiteral("Hi"), QString(), QMessageBox::Warning, nullptr), nullptr);
+    QVERIFY(errors.text().contains("parent != nullptr"));
 }
 
 void tst_WindowHelpers::frameAccessors()

@@ -123,6 +123,7 @@ public:
     QMetaObject::Connection modeGuard;
     QMetaObject::Connection ownerGuard;
     QPointer<QWidget> lastMainWindow;
+    QPointer<QWidget> closingWindow;
     bool tracking = false;
     bool silentVisibility = false;
     bool hiddenByDeactivation = false;
@@ -437,6 +438,16 @@ QRectF KQInspectorWindow::resizeWindowForNewMode(KQInspectorMode *mode)
         size = KQInspectorLayout::clampedContentSize(QSizeF(geometry().size()), minSize, maxSize);
     } else {
         size = QSizeF(view->size());
+        // A view without a size of its own yet (the empty mode's text view
+        // starts at zero) would shrink the window to nothing: it keeps the
+        // window's size instead, within the limits of a resizable mode.
+        if (size.isEmpty()) {
+            size = QSizeF(geometry().size());
+            const QSizeF minSize = mode->minSize();
+            const QSizeF maxSize = mode->maxSize();
+            if (mode->isResizable() && minSize.width() <= maxSize.width() && minSize.height() <= maxSize.height())
+                size = KQInspectorLayout::clampedContentSize(size, minSize, maxSize);
+        }
     }
     const QRect viewFrame(QPoint(0, 0), toPixels(size));
     if (view->geometry() != viewFrame)
@@ -545,10 +556,20 @@ void KQInspectorWindow::Private::focusWindowChanged(QWindow *window)
 
 bool KQInspectorWindow::eventFilter(QObject *watched, QEvent *event)
 {
-    if (event->type() == QEvent::Close && watched->isWidgetType()) {
-        auto *widget = static_cast<QWidget *>(watched);
-        if (widget->isWindow() && widget != this)
-            windowWillClose(widget);
+    const QEvent::Type type = event->type();
+    if ((type == QEvent::Close || type == QEvent::Hide) && watched->isWidgetType() && watched != this
+        && static_cast<QWidget *>(watched)->isWindow()) {
+        auto *window = static_cast<QWidget *>(watched);
+        if (type == QEvent::Close) {
+            // The window may still refuse to close (an unsaved document that
+            // asks first). An accepted close hides it at once, in this turn of
+            // the event loop; a refused one leaves nothing to act on.
+            d->closingWindow = window;
+            QMetaObject::invokeMethod(this, [this] { d->closingWindow = nullptr; }, Qt::QueuedConnection);
+        } else if (d->closingWindow == window) {
+            d->closingWindow = nullptr;
+            windowWillClose(window);
+        }
     }
     return NSWindow_ZL::eventFilter(watched, event);
 }
@@ -647,14 +668,12 @@ void KQInspectorWindow::orderBack()
     lower();
 }
 
-QRectF KQInspectorWindow::constrainFrameRect(const QRectF &frame, const QScreen *screen) const
-{
-    return ConstrainFrameRectToScreen_ZL(screen, false, frame);
-}
-
 void KQInspectorWindow::setLevel(qint64 level)
 {
+    if (level == m_level)
+        return;
     m_level = level;
+    Q_EMIT levelChanged();
     const bool onTop = level > 0;
     if (windowFlags().testFlag(Qt::WindowStaysOnTopHint) == onTop)
         return;
@@ -693,12 +712,19 @@ void KQInspectorWindow::Private::restoreFrame()
 {
     if (q->m_frameAutosaveName.isEmpty())
         return;
-    const QRect frame = KQSettings::userDefaults()->value(q->m_frameAutosaveName).toRect();
-    if (!frame.isValid())
+    const QByteArray saved = KQSettings::userDefaults()->value(q->m_frameAutosaveName).toByteArray();
+    if (saved.isEmpty())
         return;
+    // Qt's own record of a window's geometry keeps the content apart from the
+    // window manager's frame, which is not known before the window is first
+    // shown: restoring a bare frame rectangle as content would grow the
+    // window by its decoration at every launch. Qt also brings back a frame
+    // saved on a screen that has since gone onto one that is there.
     restoringFrame = true;
-    setContentGeometry(frame.marginsRemoved(frameMargins()));
-    q->move(frame.topLeft());
+    q->setMinimumSize(0, 0);
+    q->setMaximumSize(QWIDGETSIZE_MAX, QWIDGETSIZE_MAX);
+    q->restoreGeometry(saved);
+    applySizeConstraints();
     restoringFrame = false;
 }
 
@@ -713,7 +739,7 @@ void KQInspectorWindow::saveFrameNow()
     d->frameSaveTimer->stop();
     if (m_frameAutosaveName.isEmpty())
         return;
-    KQSettings::userDefaults()->setValue(m_frameAutosaveName, frameGeometry());
+    KQSettings::userDefaults()->setValue(m_frameAutosaveName, saveGeometry());
 }
 
 void KQInspectorWindow::moveEvent(QMoveEvent *event)

@@ -57,7 +57,7 @@ class TARNCOMMON_EXPORT KQInspectorWindow : public NSWindow_ZL
     Q_OBJECT
     Q_PROPERTY(QObject *focusOwner READ focusOwner WRITE setFocusOwner NOTIFY focusOwnerChanged)
     Q_PROPERTY(KQInspectorMode *mode READ mode WRITE setMode NOTIFY modeChanged)
-    Q_PROPERTY(qint64 level READ level WRITE setLevel)
+    Q_PROPERTY(qint64 level READ level WRITE setLevel NOTIFY levelChanged)
 
 public:
     // The settings key of the shared inspector's frame.
@@ -84,11 +84,13 @@ public:
     KQInspectorMode *mode() const;
     void setMode(KQInspectorMode *mode);
 
-    // Looks the focus owner up now, as when the inspector comes on screen.
+    // Looks the focus owner up now, as when the inspector comes on screen:
+    // even while hidden, though not while the application is inactive.
     void updateFocusOwner();
-    // Looks it up for a change of object (a window that became active, the
-    // application): ignored while hidden or inactive, and for file dialogs
-    // and inspectors.
+    // Looks it up for a change of notificationObject (a window that became
+    // active, the application): ignored while the inspector is hidden or the
+    // application inactive, and for file dialogs and inspectors. A null
+    // object still counts as such a change (so it is ignored while hidden).
     void updateFocusOwner(QObject *notificationObject);
 
     // Sizes mode's view and the window for the mode, keeping the window's top
@@ -120,7 +122,7 @@ public:
     void orderFont(); // brings the inspector to the front
     void orderBack();
 
-    QRectF constrainFrameRect(const QRectF &frame, const QScreen *screen) const override;
+    // The inspector never stands for a document.
     bool canBecomeMainWindow() const { return false; }
 
     // Window state the modes steer, in the platform's terms.
@@ -140,7 +142,7 @@ public:
     QDialog *attachedSheet() const;
 
     // The frame is restored from this settings key now and saved under it
-    // whenever it changes.
+    // whenever it changes, as QWidget::saveGeometry() records it.
     void setFrameAutosaveName(const QString &name);
     QString frameAutosaveName() const { return m_frameAutosaveName; }
     void saveFrameNow();
@@ -148,6 +150,7 @@ public:
 Q_SIGNALS:
     void focusOwnerChanged();
     void modeChanged();
+    void levelChanged();
 
 protected:
     void setUpCurrentMode();

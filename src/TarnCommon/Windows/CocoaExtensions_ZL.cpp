@@ -1,16 +1,36 @@
 #include <TarnCommon/CocoaExtensions_ZL.h>
 
+#include <TarnCommon/KQAssert.h>
+
 #include <QtWidgets/QWidget>
 
 #include <cmath>
 
-std::unique_ptr<QMessageBox> f_alertWithShortText(const QString &shortText, const QString &longText,
-                                                  QMessageBox::Icon style, QWidget *parent)
+namespace {
+
+void setUpAlert(QMessageBox *alert, const QString &shortText, const QString &longText, QMessageBox::Icon style)
 {
-    auto alert = std::make_unique<QMessageBox>(parent);
     alert->setIcon(style);
     alert->setText(shortText.isNull() ? QString(QLatin1String("")) : shortText);
     alert->setInformativeText(longText.isNull() ? QString(QLatin1String("")) : longText);
+}
+
+} // namespace
+
+std::unique_ptr<QMessageBox> f_alertWithShortText(const QString &shortText, const QString &longText,
+                                                  QMessageBox::Icon style)
+{
+    auto alert = std::make_unique<QMessageBox>();
+    setUpAlert(alert.get(), shortText, longText, style);
+    return alert;
+}
+
+QMessageBox *f_alertWithShortText(const QString &shortText, const QString &longText, QMessageBox::Icon style,
+                                  QWidget *parent)
+{
+    KQAssert(parent != nullptr, nullptr);
+    auto *alert = new QMessageBox(parent);
+    setUpAlert(alert, shortText, longText, style);
     return alert;
 }
 

@@ -26,13 +26,15 @@ bool NSWindow_ZL::f_getDelegateSetting(QByteArrayView method, bool defaultValue)
     if (index < 0)
         return defaultValue;
     const QMetaMethod meta = delegate->metaObject()->method(index);
-    bool result = defaultValue;
-    if (meta.returnMetaType() != QMetaType::fromType<bool>() || meta.parameterCount() != 0
-        || !meta.invoke(delegate, Qt::DirectConnection, Q_RETURN_ARG(bool, result))) {
+    // Any one-byte answer is a yes/no (bool, char): what is not one byte
+    // wide cannot be one.
+    unsigned char answer = 0;
+    if (meta.returnMetaType().sizeOf() != 1 || meta.parameterCount() != 0
+        || !meta.invoke(delegate, Qt::DirectConnection, QGenericReturnArgument(meta.typeName(), &answer))) {
         ZLLogWarning("NSWindow_ZL delegate functions won't work properly");
         return defaultValue;
     }
-    return result;
+    return answer != 0;
 }
 
 void NSWindow_ZL::moveEvent(QMoveEvent *event)

@@ -25,9 +25,9 @@ public:
     virtual QRectF constrainFrameRect(const QRectF &frame, const QScreen *screen) const;
 
     // Invokes the delegate's invokable method of that name (no arguments,
-    // returning bool) and answers its result. Without a delegate or such a
-    // method, answers defaultValue; a method of another shape is reported
-    // with a warning and also gives defaultValue.
+    // returning bool or another one-byte value) and answers its result.
+    // Without a delegate or such a method, answers defaultValue; a method of
+    // another shape is reported with a warning and also gives defaultValue.
     bool f_getDelegateSetting(QByteArrayView method, bool defaultValue) const;
 
 protected:
