@@ -26,6 +26,8 @@ private Q_SLOTS:
     void setTabsEmptySelectsNothing();
     void delegateOrder();
     void reselectingIsNotShortCut();
+    void delegateMayDestroyTheTabView_data();
+    void delegateMayDestroyTheTabView();
     void selectForeignTabIsRefused();
     void contentFrameFollowsSize();
     void initialFirstResponderGetsFocus();
@@ -41,6 +43,7 @@ private Q_SLOTS:
     void toolTipAtPoint();
     void clickSequences_data();
     void clickSequences();
+    void emptyBarIsStillDrawn();
     void selectedLook();
     void pressedLook();
     void sharpIconsOnHighDpi();
@@ -168,6 +171,45 @@ void tst_KQTabView::reselectingIsNotShortCut()
     view->selectTab(view->selectedTab());
     QCOMPARE(delegate.log,
              (QStringList{QStringLiteral("will 1<-1 shown:view1"), QStringLiteral("did 1<-1 shown:view1")}));
+}
+
+void tst_KQTabView::delegateMayDestroyTheTabView_data()
+{
+    QTest::addColumn<bool>("inWill");
+    QTest::addColumn<QString>("how");
+
+    for (const bool inWill : {true, false}) {
+        const char *when = inWill ? "in will" : "in did";
+        for (const char *how : {"select", "click", "hide", "set"})
+            QTest::addRow("%s, %s", when, how) << inWill << QString::fromLatin1(how);
+    }
+}
+
+void tst_KQTabView::delegateMayDestroyTheTabView()
+{
+    QFETCH(bool, inWill);
+    QFETCH(QString, how);
+
+    KQTabView *view = makeTabView();
+    QVERIFY(view);
+    DestroyingDelegate delegate;
+    delegate.inWill = inWill;
+    view->setDelegate(&delegate);
+    const QPointer<KQTabView> watched(view);
+    if (how == QLatin1String("select")) {
+        view->selectTab(view->tabs().at(1));
+    } else if (how == QLatin1String("click")) {
+        QTest::mousePress(view, Qt::LeftButton, {}, QPoint(90, 10));
+        QTest::mouseRelease(view, Qt::LeftButton, {}, QPoint(90, 10));
+    } else if (how == QLatin1String("hide")) {
+        view->hideTab(1);
+    } else {
+        view->setTabs(view->tabs().mid(1));
+    }
+    // Nothing of the tab view may be touched once it is gone (run under
+    // valgrind or ASan to see the difference).
+    QVERIFY(watched.isNull());
+    QVERIFY(m_window->findChildren<KQTabView *>().isEmpty());
 }
 
 void tst_KQTabView::selectForeignTabIsRefused()
@@ -449,6 +491,21 @@ void tst_KQTabView::clickSequences()
     QCOMPARE(view->selectedTab() ? int(view->selectedTab()->tag()) : 0, selected);
     // A release that selects nothing sends nothing to the delegate.
     QCOMPARE(delegate.log.isEmpty(), selected == 1 && steps.last() == QStringLiteral("r 190"));
+}
+
+void tst_KQTabView::emptyBarIsStillDrawn()
+{
+    KQTabView *view = makeTabView(0);
+    QVERIFY(view);
+    const QImage bar = grabBar(view);
+    const QRgb background = view->palette().color(QPalette::Button).rgba();
+    const QRgb separator = view->palette().color(QPalette::Dark).rgba();
+    QVERIFY(background != separator);
+    for (const int x : {0, 100, 199}) {
+        QCOMPARE(bar.pixel(x, 0), background);
+        QCOMPARE(bar.pixel(x, 25), background);
+        QCOMPARE(bar.pixel(x, 26), separator);
+    }
 }
 
 void tst_KQTabView::selectedLook()

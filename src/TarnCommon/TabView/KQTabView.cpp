@@ -104,7 +104,10 @@ void KQTabView::setTabs(const QList<KQTab *> &tabs)
         accepted.append(tab);
     }
     _tabs = accepted;
+    const QPointer<KQTabView> alive(this);
     selectTab(_tabs.isEmpty() ? nullptr : _tabs.first());
+    if (!alive)
+        return;
 
     if (KQAccessibility::validForAutomateTesting()) {
         // The previous group goes; initializeAccessibility attaches a new one.
@@ -140,13 +143,19 @@ void KQTabView::selectTab(KQTab *tab)
     // Held weakly: a delegate may destroy the old tab while being told.
     const QPointer<KQTab> old = _selectedTab;
     const QPointer<KQTab> next = tab;
+    // ...and may destroy the tab view itself, as a panel closing on a choice does.
+    const QPointer<KQTabView> alive(this);
     if (auto *delegate = qobject_cast<KQTabViewDelegate *>(_delegate.data()))
         delegate->tabViewWillChangeToTab(this, next, old);
+    if (!alive)
+        return;
     tearDownSelectedTab();
     _selectedTab = next;
     setUpSelectedTab();
     if (auto *delegate = qobject_cast<KQTabViewDelegate *>(_delegate.data()))
         delegate->tabViewDidChangeToTab(this, next, old);
+    if (!alive)
+        return;
     Q_EMIT selectedTabChanged(_selectedTab);
     update();
 }
@@ -201,8 +210,12 @@ bool KQTabView::hideTabSelection(qint64 tag)
 
 void KQTabView::hideTab(qint64 tag)
 {
-    if (hideTabSelection(tag))
+    if (hideTabSelection(tag)) {
+        const QPointer<KQTabView> alive(this);
         selectTab(_tabs.isEmpty() ? nullptr : _tabs.first());
+        if (!alive)
+            return;
+    }
     update();
 }
 
@@ -445,8 +458,12 @@ void KQTabView::modalClickTrackingLoop(QMouseEvent *event)
     if (!step.finished)
         return;
     const QPointer<KQTab> selection = step.selection;
-    if (selection)
+    if (selection) {
+        const QPointer<KQTabView> alive(this);
         selectTab(selection);
+        if (!alive)
+            return;
+    }
     m_tracker->reset();
     if (selection)
         update(tabBarRectForBounds(QRectF(rect())).toAlignedRect());
