@@ -39,6 +39,7 @@ private Q_SLOTS:
     void replaceTab();
     void tagsActOnFirstTab();
     void destroyedTabDropsOut();
+    void destroyedViewWithDroppedTabs();
     void toolTipAtPoint_data();
     void toolTipAtPoint();
     void clickSequences_data();
@@ -403,6 +404,22 @@ void tst_KQTabView::destroyedTabDropsOut()
     QVERIFY(view->tabs().isEmpty());
     QCOMPARE(view->tabAtPoint(QPointF(100, 10)), nullptr);
     (void)grabBar(view); // painting with nothing left must not crash
+}
+
+void tst_KQTabView::destroyedViewWithDroppedTabs()
+{
+    // Tabs the view adopted and setTabs later dropped are still its children:
+    // they die with it and must not call back into it (valgrind/ASan show it).
+    auto view = std::make_unique<KQTabView>(QRect(0, 0, 200, 100));
+    KQTab *kept = makeTab(nullptr, 1);
+    KQTab *dropped = makeTab(nullptr, 2);
+    view->setTabs({kept, dropped});
+    view->setTabs({kept});
+    view->setTabs({kept});
+    QCOMPARE(dropped->parent(), view.get());
+    const QPointer<KQTab> watched(dropped);
+    view.reset();
+    QVERIFY(watched.isNull());
 }
 
 void tst_KQTabView::toolTipAtPoint_data()

@@ -67,17 +67,15 @@ KQTabView::~KQTabView()
     for (QAccessible::Id id : std::as_const(m_accessibilityButtons))
         QAccessible::deleteAccessibleInterface(id);
     m_accessibilityButtons.clear();
-    for (KQTab *tab : std::as_const(_tabs))
-        disconnect(tab, nullptr, this, nullptr);
-    for (KQTab *tab : std::as_const(_hiddenTabs))
-        disconnect(tab, nullptr, this, nullptr);
 }
 
 void KQTabView::adopt(KQTab *tab)
 {
     if (!tab->parent())
         tab->setParent(this);
-    connect(tab, &QObject::destroyed, this, &KQTabView::forgetTab, Qt::UniqueConnection);
+    // Once per tab, however often it is set.
+    disconnect(tab, &QObject::destroyed, m_tabWatcher.get(), nullptr);
+    connect(tab, &QObject::destroyed, m_tabWatcher.get(), [this](QObject *gone) { forgetTab(gone); });
 }
 
 void KQTabView::forgetTab(QObject *tab)
