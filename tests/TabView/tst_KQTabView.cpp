@@ -39,6 +39,7 @@ private Q_SLOTS:
     void replaceTab();
     void tagsActOnFirstTab();
     void destroyedTabDropsOut();
+    void widgetReplacedWhileSelected();
     void destroyedViewWithDroppedTabs();
     void toolTipAtPoint_data();
     void toolTipAtPoint();
@@ -399,11 +400,39 @@ void tst_KQTabView::destroyedTabDropsOut()
     delete view->hiddenTabs().at(0);
     QCOMPARE(view->tabs().size(), qsizetype(1));
     QVERIFY(view->hiddenTabs().isEmpty());
+    QWidget *shown = view->selectedTab()->view();
+    QVERIFY(!shown->isHidden());
+    QSignalSpy changed(view, &KQTabView::selectedTabChanged);
     delete view->selectedTab();
     QCOMPARE(view->selectedTab(), nullptr);
     QVERIFY(view->tabs().isEmpty());
+    // Its widget does not stay on show for a selection that is gone.
+    QVERIFY(shown->isHidden());
+    QCOMPARE(changed.count(), 1);
+    QCOMPARE(changed.at(0).at(0).value<KQTab *>(), nullptr);
     QCOMPARE(view->tabAtPoint(QPointF(100, 10)), nullptr);
     (void)grabBar(view); // painting with nothing left must not crash
+}
+
+void tst_KQTabView::widgetReplacedWhileSelected()
+{
+    KQTabView *view = makeTabView();
+    QVERIFY(view);
+    KQTab *first = view->tabs().at(0);
+    QWidget *installed = first->view();
+    auto *replacement = new QWidget(m_window.get());
+    first->setView(replacement);
+    // The widget on show is the one taken down, not the tab's new one.
+    view->selectTab(view->tabs().at(1));
+    QVERIFY(installed->isHidden());
+    QVERIFY(!view->tabs().at(1)->view()->isHidden());
+    view->resize(260, 120);
+    QCOMPARE(view->tabs().at(1)->view()->geometry(), QRect(0, 27, 260, 93));
+    // Selected again, the tab installs its new widget.
+    view->selectTab(first);
+    QCOMPARE(replacement->parentWidget(), view);
+    QVERIFY(!replacement->isHidden());
+    QVERIFY(view->tabs().at(1)->view()->isHidden());
 }
 
 void tst_KQTabView::destroyedViewWithDroppedTabs()

@@ -88,6 +88,12 @@ void KQTabView::forgetTab(QObject *tab)
         QAccessible::deleteAccessibleInterface(it.value());
         m_accessibilityButtons.erase(it);
     }
+    // The selected tab went (its pointer has already cleared itself): its
+    // widget must not stay on show with nothing selected.
+    if (!_selectedTab && m_installedView) {
+        tearDownSelectedTab();
+        Q_EMIT selectedTabChanged(nullptr);
+    }
     update();
 }
 
@@ -160,11 +166,10 @@ void KQTabView::selectTab(KQTab *tab)
 
 void KQTabView::tearDownSelectedTab()
 {
-    if (!_selectedTab)
-        return;
     // Hidden rather than orphaned: the tab view keeps the widget alive.
-    if (QWidget *view = _selectedTab->view(); view && view->parentWidget() == this)
-        view->hide();
+    if (m_installedView && m_installedView->parentWidget() == this)
+        m_installedView->hide();
+    m_installedView = nullptr;
 }
 
 void KQTabView::setUpSelectedTab()
@@ -178,6 +183,7 @@ void KQTabView::setUpSelectedTab()
         view->setParent(this);
     view->setGeometry(KQTabBar::contentFrameForBounds(QRectF(rect())).toRect());
     view->show();
+    m_installedView = view;
     if (QWidget *focus = _selectedTab->initialFirstResponder())
         focus->setFocus(Qt::OtherFocusReason);
 }
@@ -186,10 +192,8 @@ void KQTabView::resizeEvent(QResizeEvent *event)
 {
     QWidget::resizeEvent(event);
     // The selected widget follows the tab view's size in both directions.
-    if (_selectedTab) {
-        if (QWidget *view = _selectedTab->view(); view && view->parentWidget() == this)
-            view->setGeometry(KQTabBar::contentFrameForBounds(QRectF(rect())).toRect());
-    }
+    if (m_installedView && m_installedView->parentWidget() == this)
+        m_installedView->setGeometry(KQTabBar::contentFrameForBounds(QRectF(rect())).toRect());
 }
 
 bool KQTabView::hideTabSelection(qint64 tag)

@@ -148,6 +148,9 @@ private:
     QPointer<KQTab> _selectedTab;
     QPointer<QObject> _delegate;
     QPointer<KQAccessibility> _kqAccessibilityTabView;
+    // The widget setUpSelectedTab installed: the one to take down, even if
+    // the tab has since been given another widget or is gone.
+    QPointer<QWidget> m_installedView;
     std::unique_ptr<KQTabClickTracker> m_tracker;
     QRegion m_dirtyRegion; // during paintEvent; empty means draw everything
     QHash<const QObject *, QAccessible::Id> m_accessibilityButtons;
