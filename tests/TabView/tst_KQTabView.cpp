@@ -46,6 +46,7 @@ private Q_SLOTS:
     void clickSequences_data();
     void clickSequences();
     void emptyBarIsStillDrawn();
+    void pressForgottenWhenHidden();
     void selectedLook();
     void pressedLook();
     void sharpIconsOnHighDpi();
@@ -537,6 +538,20 @@ void tst_KQTabView::clickSequences()
     QCOMPARE(view->selectedTab() ? int(view->selectedTab()->tag()) : 0, selected);
     // A release that selects nothing sends nothing to the delegate.
     QCOMPARE(delegate.log.isEmpty(), selected == 1 && steps.last() == QStringLiteral("r 190"));
+}
+
+void tst_KQTabView::pressForgottenWhenHidden()
+{
+    KQTabView *view = makeTabView();
+    QVERIFY(view);
+    QTest::mousePress(view, Qt::LeftButton, {}, QPoint(130, 10));
+    QCOMPARE(view->pressedDownTab(), view->tabs().at(2));
+    m_window->hide();
+    QCOMPARE(view->pressedDownTab(), nullptr);
+    m_window->show();
+    QVERIFY(QTest::qWaitForWindowExposed(m_window.get()));
+    QCOMPARE(view->pressedDownTab(), nullptr);
+    QCOMPARE(view->selectedTab(), view->tabs().at(0));
 }
 
 void tst_KQTabView::emptyBarIsStillDrawn()

@@ -196,6 +196,17 @@ void KQTabView::resizeEvent(QResizeEvent *event)
         m_installedView->setGeometry(KQTabBar::contentFrameForBounds(QRectF(rect())).toRect());
 }
 
+void KQTabView::hideEvent(QHideEvent *event)
+{
+    QWidget::hideEvent(event);
+    // A hidden widget never gets the release of a press it was tracking:
+    // forget the press, so the pressed look does not come back with it.
+    if (m_tracker->pressedDownTab()) {
+        m_tracker->reset();
+        update();
+    }
+}
+
 bool KQTabView::hideTabSelection(qint64 tag)
 {
     const QList<KQTab *> snapshot = _tabs;

@@ -132,6 +132,7 @@ protected:
     void mouseMoveEvent(QMouseEvent *event) override;
     void mouseReleaseEvent(QMouseEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;
+    void hideEvent(QHideEvent *event) override;
 
     // One step of click tracking; press, drag and release all come here.
     void modalClickTrackingLoop(QMouseEvent *event);
