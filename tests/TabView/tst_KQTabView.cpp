@@ -38,6 +38,8 @@ private Q_SLOTS:
     void replaceTab_data();
     void replaceTab();
     void tagsActOnFirstTab();
+    void tabsChangedOnlyOnChange_data();
+    void tabsChangedOnlyOnChange();
     void destroyedTabDropsOut();
     void widgetReplacedWhileSelected();
     void destroyedViewWithDroppedTabs();
@@ -390,6 +392,63 @@ void tst_KQTabView::tagsActOnFirstTab()
     QCOMPARE(view.selectedTab(), b);
     view.showTab(7, 1);
     QCOMPARE(view.tabs(), (QList<KQTab *>{b, a}));
+}
+
+void tst_KQTabView::tabsChangedOnlyOnChange_data()
+{
+    // Each operation after hiding tab 3: whether the visible tabs changed.
+    QTest::addColumn<QString>("operation");
+    QTest::addColumn<bool>("changed");
+
+    QTest::newRow("hide a visible tab") << QStringLiteral("hide 2") << true;
+    QTest::newRow("hide an unknown tag") << QStringLiteral("hide 42") << false;
+    QTest::newRow("hide a hidden tab") << QStringLiteral("hide 3") << false;
+    QTest::newRow("show a hidden tab") << QStringLiteral("show 3") << true;
+    QTest::newRow("show a visible tab") << QStringLiteral("show 1") << false;
+    QTest::newRow("replace, new tab already in place") << QStringLiteral("replace 1 2 1") << false;
+    QTest::newRow("replace, unknown tags") << QStringLiteral("replace 41 42 0") << false;
+    QTest::newRow("replace, hidden new tab") << QStringLiteral("replace 1 3 0") << true;
+    QTest::newRow("set the same tabs") << QStringLiteral("set") << true;
+    QTest::newRow("destroy a visible tab") << QStringLiteral("destroy 2") << true;
+    QTest::newRow("destroy a hidden tab") << QStringLiteral("destroy 3") << false;
+    QTest::newRow("select another tab") << QStringLiteral("select 2") << false;
+}
+
+void tst_KQTabView::tabsChangedOnlyOnChange()
+{
+    QFETCH(QString, operation);
+    QFETCH(bool, changed);
+
+    KQTabView *view = makeTabView();
+    QVERIFY(view);
+    view->hideTab(3);
+    const QList<KQTab *> before = view->tabs();
+    QSignalSpy spy(view, &KQTabView::tabsChanged);
+    const QStringList words = operation.split(QLatin1Char(' '));
+    const auto arg = [&words](int i) { return words.value(i).toLongLong(); };
+    const auto tagged = [view](qint64 tag) {
+        for (KQTab *tab : view->tabs() + view->hiddenTabs())
+            if (tab->tag() == tag)
+                return tab;
+        return static_cast<KQTab *>(nullptr);
+    };
+    if (words[0] == QLatin1String("hide"))
+        view->hideTab(arg(1));
+    else if (words[0] == QLatin1String("show"))
+        view->showTab(arg(1), 0);
+    else if (words[0] == QLatin1String("replace"))
+        view->replaceTab(arg(1), arg(2), arg(3));
+    else if (words[0] == QLatin1String("set"))
+        view->setTabs(view->tabs());
+    else if (words[0] == QLatin1String("destroy"))
+        delete tagged(arg(1));
+    else
+        view->selectTab(tagged(arg(1)));
+    QCOMPARE(spy.isEmpty(), !changed);
+    if (!changed || words[0] == QLatin1String("set"))
+        QCOMPARE(view->tabs().size(), before.size());
+    // The property reads what the signal announced.
+    QCOMPARE(view->property("tabs").value<QList<KQTab *>>(), view->tabs());
 }
 
 void tst_KQTabView::destroyedTabDropsOut()

@@ -82,7 +82,7 @@ void KQTabView::forgetTab(QObject *tab)
 {
     // Only the address is compared: the tab is already half destroyed.
     const auto matches = [tab](KQTab *candidate) { return static_cast<QObject *>(candidate) == tab; };
-    _tabs.removeIf(matches);
+    const bool wasVisible = _tabs.removeIf(matches) > 0;
     _hiddenTabs.removeIf(matches);
     if (const auto it = m_accessibilityButtons.constFind(tab); it != m_accessibilityButtons.cend()) {
         QAccessible::deleteAccessibleInterface(it.value());
@@ -94,6 +94,8 @@ void KQTabView::forgetTab(QObject *tab)
         tearDownSelectedTab();
         Q_EMIT selectedTabChanged(nullptr);
     }
+    if (wasVisible)
+        Q_EMIT tabsChanged();
     update();
 }
 
@@ -109,6 +111,9 @@ void KQTabView::setTabs(const QList<KQTab *> &tabs)
     }
     _tabs = accepted;
     const QPointer<KQTabView> alive(this);
+    Q_EMIT tabsChanged();
+    if (!alive)
+        return;
     selectTab(_tabs.isEmpty() ? nullptr : _tabs.first());
     if (!alive)
         return;
@@ -216,6 +221,7 @@ bool KQTabView::hideTabSelection(qint64 tag)
         const bool wasSelected = tab == _selectedTab;
         _tabs.removeOne(tab);
         _hiddenTabs.append(tab);
+        Q_EMIT tabsChanged();
         return wasSelected;
     }
     return false;
@@ -242,6 +248,7 @@ void KQTabView::showTab(qint64 tag, qsizetype position)
         KQAssert(position >= 0 && position <= _tabs.size());
         _hiddenTabs.removeAt(i);
         _tabs.insert(position, tab);
+        Q_EMIT tabsChanged();
         break;
     }
     update();
@@ -273,6 +280,8 @@ bool KQTabView::replaceTab(qint64 oldTag, qint64 newTag, qsizetype position)
             break;
         }
     }
+    if (shown)
+        Q_EMIT tabsChanged();
     if (hideTabSelection(oldTag))
         selectTab(shown);
     else
