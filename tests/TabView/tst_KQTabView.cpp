@@ -20,6 +20,9 @@ private Q_SLOTS:
     void initTestCase();
     void cleanup();
 
+    void tabNotifiesOnlyChanges_data();
+    void tabNotifiesOnlyChanges();
+    void newIconIsRepainted();
     void initWithTabsSizing_data();
     void initWithTabsSizing();
     void setTabsSelectsFirst();
@@ -92,6 +95,73 @@ KQTabView *tst_KQTabView::makeTabView(int count)
 QImage tst_KQTabView::grabBar(KQTabView *view)
 {
     return view->grab(QRect(0, 0, view->width(), 27)).toImage().convertToFormat(QImage::Format_ARGB32);
+}
+
+void tst_KQTabView::tabNotifiesOnlyChanges_data()
+{
+    // A property set to a first value, then to a second: how many
+    // notifications the second brings.
+    QTest::addColumn<QByteArray>("property");
+    QTest::addColumn<QVariant>("first");
+    QTest::addColumn<QVariant>("second");
+    QTest::addColumn<int>("notified");
+
+    const QIcon red = makeIcon(Qt::red);
+    QTest::newRow("same icon again") << QByteArray("icon") << QVariant(red) << QVariant(red) << 0;
+    QTest::newRow("another icon") << QByteArray("icon") << QVariant(red) << QVariant(makeIcon(Qt::red)) << 1;
+    QTest::newRow("no icon to no icon") << QByteArray("icon") << QVariant(QIcon()) << QVariant(QIcon()) << 0;
+    QTest::newRow("same tag") << QByteArray("tag") << QVariant(qint64(5)) << QVariant(qint64(5)) << 0;
+    QTest::newRow("another tag") << QByteArray("tag") << QVariant(qint64(5)) << QVariant(qint64(6)) << 1;
+    QTest::newRow("no tooltip to empty tooltip")
+        << QByteArray("iconTooltip") << QVariant(QString()) << QVariant(QStringLiteral("")) << 1;
+    QTest::newRow("same tooltip") << QByteArray("iconTooltip") << QVariant(QStringLiteral("a"))
+                                  << QVariant(QStringLiteral("a")) << 0;
+}
+
+void tst_KQTabView::tabNotifiesOnlyChanges()
+{
+    QFETCH(QByteArray, property);
+    QFETCH(QVariant, first);
+    QFETCH(QVariant, second);
+    QFETCH(int, notified);
+
+    KQTab tab;
+    const QMetaProperty meta = tab.metaObject()->property(tab.metaObject()->indexOfProperty(property));
+    QVERIFY(meta.isValid() && meta.hasNotifySignal());
+    QVERIFY(meta.write(&tab, first));
+    QSignalSpy spy(&tab, meta.notifySignal());
+    QVERIFY(meta.write(&tab, second));
+    QCOMPARE(spy.count(), notified);
+}
+
+// Counts its paint events.
+class CountingTabView : public KQTabView
+{
+public:
+    using KQTabView::KQTabView;
+    int paints = 0;
+
+protected:
+    void paintEvent(QPaintEvent *event) override
+    {
+        ++paints;
+        KQTabView::paintEvent(event);
+    }
+};
+
+void tst_KQTabView::newIconIsRepainted()
+{
+    m_window = std::make_unique<QWidget>();
+    auto *view = new CountingTabView(QRect(0, 0, 200, 100), m_window.get());
+    KQTab *tab = makeTab(view, 1);
+    view->setTabs({tab});
+    m_window->show();
+    QVERIFY(QTest::qWaitForWindowExposed(m_window.get()));
+    QCoreApplication::processEvents();
+    view->paints = 0;
+    tab->setIcon(makeIcon(Qt::blue));
+    QCoreApplication::processEvents();
+    QVERIFY(view->paints > 0);
 }
 
 void tst_KQTabView::initWithTabsSizing_data()

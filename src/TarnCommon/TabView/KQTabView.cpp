@@ -16,6 +16,8 @@
 
 #include <cmath>
 
+static_assert(KQTabView::kTabBarHeight == KQTabBar::kBarHeight, "one bar height for the widget and its geometry");
+
 KQTabViewDelegate::~KQTabViewDelegate() = default;
 
 QSizeF KQTabView::frameSizeForTabViewSize(const QSizeF &size)
@@ -74,8 +76,10 @@ void KQTabView::adopt(KQTab *tab)
     if (!tab->parent())
         tab->setParent(this);
     // Once per tab, however often it is set.
-    disconnect(tab, &QObject::destroyed, m_tabWatcher.get(), nullptr);
+    disconnect(tab, nullptr, m_tabWatcher.get(), nullptr);
     connect(tab, &QObject::destroyed, m_tabWatcher.get(), [this](QObject *gone) { forgetTab(gone); });
+    // The bar shows the icon: a new one must be drawn.
+    connect(tab, &KQTab::iconChanged, m_tabWatcher.get(), [this] { update(); });
 }
 
 void KQTabView::forgetTab(QObject *tab)
