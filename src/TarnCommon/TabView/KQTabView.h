@@ -159,7 +159,7 @@ private:
     std::unique_ptr<KQTabClickTracker> m_tracker;
     QRegion m_dirtyRegion; // during paintEvent; empty means draw everything
     QHash<const QObject *, QAccessible::Id> m_accessibilityButtons;
-    // Receives the tabs' destroyed signals. Declared last, so it goes first
+    // Receives the tabs' signals (destroyed, iconChanged). Declared last, so it goes first
     // when the tab view dies: tabs destroyed with the widget's children
     // (including ones setTabs dropped) no longer reach a half-destroyed view.
     std::unique_ptr<QObject> m_tabWatcher = std::make_unique<QObject>();
