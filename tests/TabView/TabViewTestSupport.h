@@ -73,6 +73,27 @@ private:
     }
 };
 
+// Destroys the tab view from inside one of the two messages, as a panel that
+// closes once a choice is made would.
+class DestroyingDelegate : public QObject, public KQTabViewDelegate
+{
+    Q_OBJECT
+    Q_INTERFACES(KQTabViewDelegate)
+public:
+    bool inWill = false; // else in "did"
+
+    void tabViewWillChangeToTab(KQTabView *tabView, KQTab *, KQTab *) override
+    {
+        if (inWill)
+            delete tabView;
+    }
+    void tabViewDidChangeToTab(KQTabView *tabView, KQTab *, KQTab *) override
+    {
+        if (!inWill)
+            delete tabView;
+    }
+};
+
 // Collects what is written to standard error while alive.
 class StderrCapture
 {

@@ -20,12 +20,17 @@ private Q_SLOTS:
     void initTestCase();
     void cleanup();
 
+    void tabNotifiesOnlyChanges_data();
+    void tabNotifiesOnlyChanges();
+    void newIconIsRepainted();
     void initWithTabsSizing_data();
     void initWithTabsSizing();
     void setTabsSelectsFirst();
     void setTabsEmptySelectsNothing();
     void delegateOrder();
     void reselectingIsNotShortCut();
+    void delegateMayDestroyTheTabView_data();
+    void delegateMayDestroyTheTabView();
     void selectForeignTabIsRefused();
     void contentFrameFollowsSize();
     void initialFirstResponderGetsFocus();
@@ -36,11 +41,17 @@ private Q_SLOTS:
     void replaceTab_data();
     void replaceTab();
     void tagsActOnFirstTab();
+    void tabsChangedOnlyOnChange_data();
+    void tabsChangedOnlyOnChange();
     void destroyedTabDropsOut();
+    void widgetReplacedWhileSelected();
+    void destroyedViewWithDroppedTabs();
     void toolTipAtPoint_data();
     void toolTipAtPoint();
     void clickSequences_data();
     void clickSequences();
+    void emptyBarIsStillDrawn();
+    void pressForgottenWhenHidden();
     void selectedLook();
     void pressedLook();
     void sharpIconsOnHighDpi();
@@ -84,6 +95,73 @@ KQTabView *tst_KQTabView::makeTabView(int count)
 QImage tst_KQTabView::grabBar(KQTabView *view)
 {
     return view->grab(QRect(0, 0, view->width(), 27)).toImage().convertToFormat(QImage::Format_ARGB32);
+}
+
+void tst_KQTabView::tabNotifiesOnlyChanges_data()
+{
+    // A property set to a first value, then to a second: how many
+    // notifications the second brings.
+    QTest::addColumn<QByteArray>("property");
+    QTest::addColumn<QVariant>("first");
+    QTest::addColumn<QVariant>("second");
+    QTest::addColumn<int>("notified");
+
+    const QIcon red = makeIcon(Qt::red);
+    QTest::newRow("same icon again") << QByteArray("icon") << QVariant(red) << QVariant(red) << 0;
+    QTest::newRow("another icon") << QByteArray("icon") << QVariant(red) << QVariant(makeIcon(Qt::red)) << 1;
+    QTest::newRow("no icon to no icon") << QByteArray("icon") << QVariant(QIcon()) << QVariant(QIcon()) << 0;
+    QTest::newRow("same tag") << QByteArray("tag") << QVariant(qint64(5)) << QVariant(qint64(5)) << 0;
+    QTest::newRow("another tag") << QByteArray("tag") << QVariant(qint64(5)) << QVariant(qint64(6)) << 1;
+    QTest::newRow("no tooltip to empty tooltip")
+        << QByteArray("iconTooltip") << QVariant(QString()) << QVariant(QStringLiteral("")) << 1;
+    QTest::newRow("same tooltip") << QByteArray("iconTooltip") << QVariant(QStringLiteral("a"))
+                                  << QVariant(QStringLiteral("a")) << 0;
+}
+
+void tst_KQTabView::tabNotifiesOnlyChanges()
+{
+    QFETCH(QByteArray, property);
+    QFETCH(QVariant, first);
+    QFETCH(QVariant, second);
+    QFETCH(int, notified);
+
+    KQTab tab;
+    const QMetaProperty meta = tab.metaObject()->property(tab.metaObject()->indexOfProperty(property));
+    QVERIFY(meta.isValid() && meta.hasNotifySignal());
+    QVERIFY(meta.write(&tab, first));
+    QSignalSpy spy(&tab, meta.notifySignal());
+    QVERIFY(meta.write(&tab, second));
+    QCOMPARE(spy.count(), notified);
+}
+
+// Counts its paint events.
+class CountingTabView : public KQTabView
+{
+public:
+    using KQTabView::KQTabView;
+    int paints = 0;
+
+protected:
+    void paintEvent(QPaintEvent *event) override
+    {
+        ++paints;
+        KQTabView::paintEvent(event);
+    }
+};
+
+void tst_KQTabView::newIconIsRepainted()
+{
+    m_window = std::make_unique<QWidget>();
+    auto *view = new CountingTabView(QRect(0, 0, 200, 100), m_window.get());
+    KQTab *tab = makeTab(view, 1);
+    view->setTabs({tab});
+    m_window->show();
+    QVERIFY(QTest::qWaitForWindowExposed(m_window.get()));
+    QCoreApplication::processEvents();
+    view->paints = 0;
+    tab->setIcon(makeIcon(Qt::blue));
+    QCoreApplication::processEvents();
+    QVERIFY(view->paints > 0);
 }
 
 void tst_KQTabView::initWithTabsSizing_data()
@@ -168,6 +246,45 @@ void tst_KQTabView::reselectingIsNotShortCut()
     view->selectTab(view->selectedTab());
     QCOMPARE(delegate.log,
              (QStringList{QStringLiteral("will 1<-1 shown:view1"), QStringLiteral("did 1<-1 shown:view1")}));
+}
+
+void tst_KQTabView::delegateMayDestroyTheTabView_data()
+{
+    QTest::addColumn<bool>("inWill");
+    QTest::addColumn<QString>("how");
+
+    for (const bool inWill : {true, false}) {
+        const char *when = inWill ? "in will" : "in did";
+        for (const char *how : {"select", "click", "hide", "set"})
+            QTest::addRow("%s, %s", when, how) << inWill << QString::fromLatin1(how);
+    }
+}
+
+void tst_KQTabView::delegateMayDestroyTheTabView()
+{
+    QFETCH(bool, inWill);
+    QFETCH(QString, how);
+
+    KQTabView *view = makeTabView();
+    QVERIFY(view);
+    DestroyingDelegate delegate;
+    delegate.inWill = inWill;
+    view->setDelegate(&delegate);
+    const QPointer<KQTabView> watched(view);
+    if (how == QLatin1String("select")) {
+        view->selectTab(view->tabs().at(1));
+    } else if (how == QLatin1String("click")) {
+        QTest::mousePress(view, Qt::LeftButton, {}, QPoint(90, 10));
+        QTest::mouseRelease(view, Qt::LeftButton, {}, QPoint(90, 10));
+    } else if (how == QLatin1String("hide")) {
+        view->hideTab(1);
+    } else {
+        view->setTabs(view->tabs().mid(1));
+    }
+    // Nothing of the tab view may be touched once it is gone (run under
+    // valgrind or ASan to see the difference).
+    QVERIFY(watched.isNull());
+    QVERIFY(m_window->findChildren<KQTabView *>().isEmpty());
 }
 
 void tst_KQTabView::selectForeignTabIsRefused()
@@ -347,6 +464,63 @@ void tst_KQTabView::tagsActOnFirstTab()
     QCOMPARE(view.tabs(), (QList<KQTab *>{b, a}));
 }
 
+void tst_KQTabView::tabsChangedOnlyOnChange_data()
+{
+    // Each operation after hiding tab 3: whether the visible tabs changed.
+    QTest::addColumn<QString>("operation");
+    QTest::addColumn<bool>("changed");
+
+    QTest::newRow("hide a visible tab") << QStringLiteral("hide 2") << true;
+    QTest::newRow("hide an unknown tag") << QStringLiteral("hide 42") << false;
+    QTest::newRow("hide a hidden tab") << QStringLiteral("hide 3") << false;
+    QTest::newRow("show a hidden tab") << QStringLiteral("show 3") << true;
+    QTest::newRow("show a visible tab") << QStringLiteral("show 1") << false;
+    QTest::newRow("replace, new tab already in place") << QStringLiteral("replace 1 2 1") << false;
+    QTest::newRow("replace, unknown tags") << QStringLiteral("replace 41 42 0") << false;
+    QTest::newRow("replace, hidden new tab") << QStringLiteral("replace 1 3 0") << true;
+    QTest::newRow("set the same tabs") << QStringLiteral("set") << true;
+    QTest::newRow("destroy a visible tab") << QStringLiteral("destroy 2") << true;
+    QTest::newRow("destroy a hidden tab") << QStringLiteral("destroy 3") << false;
+    QTest::newRow("select another tab") << QStringLiteral("select 2") << false;
+}
+
+void tst_KQTabView::tabsChangedOnlyOnChange()
+{
+    QFETCH(QString, operation);
+    QFETCH(bool, changed);
+
+    KQTabView *view = makeTabView();
+    QVERIFY(view);
+    view->hideTab(3);
+    const QList<KQTab *> before = view->tabs();
+    QSignalSpy spy(view, &KQTabView::tabsChanged);
+    const QStringList words = operation.split(QLatin1Char(' '));
+    const auto arg = [&words](int i) { return words.value(i).toLongLong(); };
+    const auto tagged = [view](qint64 tag) {
+        for (KQTab *tab : view->tabs() + view->hiddenTabs())
+            if (tab->tag() == tag)
+                return tab;
+        return static_cast<KQTab *>(nullptr);
+    };
+    if (words[0] == QLatin1String("hide"))
+        view->hideTab(arg(1));
+    else if (words[0] == QLatin1String("show"))
+        view->showTab(arg(1), 0);
+    else if (words[0] == QLatin1String("replace"))
+        view->replaceTab(arg(1), arg(2), arg(3));
+    else if (words[0] == QLatin1String("set"))
+        view->setTabs(view->tabs());
+    else if (words[0] == QLatin1String("destroy"))
+        delete tagged(arg(1));
+    else
+        view->selectTab(tagged(arg(1)));
+    QCOMPARE(spy.isEmpty(), !changed);
+    if (!changed || words[0] == QLatin1String("set"))
+        QCOMPARE(view->tabs().size(), before.size());
+    // The property reads what the signal announced.
+    QCOMPARE(view->property("tabs").value<QList<KQTab *>>(), view->tabs());
+}
+
 void tst_KQTabView::destroyedTabDropsOut()
 {
     KQTabView *view = makeTabView();
@@ -356,11 +530,55 @@ void tst_KQTabView::destroyedTabDropsOut()
     delete view->hiddenTabs().at(0);
     QCOMPARE(view->tabs().size(), qsizetype(1));
     QVERIFY(view->hiddenTabs().isEmpty());
+    QWidget *shown = view->selectedTab()->view();
+    QVERIFY(!shown->isHidden());
+    QSignalSpy changed(view, &KQTabView::selectedTabChanged);
     delete view->selectedTab();
     QCOMPARE(view->selectedTab(), nullptr);
     QVERIFY(view->tabs().isEmpty());
+    // Its widget does not stay on show for a selection that is gone.
+    QVERIFY(shown->isHidden());
+    QCOMPARE(changed.count(), 1);
+    QCOMPARE(changed.at(0).at(0).value<KQTab *>(), nullptr);
     QCOMPARE(view->tabAtPoint(QPointF(100, 10)), nullptr);
     (void)grabBar(view); // painting with nothing left must not crash
+}
+
+void tst_KQTabView::widgetReplacedWhileSelected()
+{
+    KQTabView *view = makeTabView();
+    QVERIFY(view);
+    KQTab *first = view->tabs().at(0);
+    QWidget *installed = first->view();
+    auto *replacement = new QWidget(m_window.get());
+    first->setView(replacement);
+    // The widget on show is the one taken down, not the tab's new one.
+    view->selectTab(view->tabs().at(1));
+    QVERIFY(installed->isHidden());
+    QVERIFY(!view->tabs().at(1)->view()->isHidden());
+    view->resize(260, 120);
+    QCOMPARE(view->tabs().at(1)->view()->geometry(), QRect(0, 27, 260, 93));
+    // Selected again, the tab installs its new widget.
+    view->selectTab(first);
+    QCOMPARE(replacement->parentWidget(), view);
+    QVERIFY(!replacement->isHidden());
+    QVERIFY(view->tabs().at(1)->view()->isHidden());
+}
+
+void tst_KQTabView::destroyedViewWithDroppedTabs()
+{
+    // Tabs the view adopted and setTabs later dropped are still its children:
+    // they die with it and must not call back into it (valgrind/ASan show it).
+    auto view = std::make_unique<KQTabView>(QRect(0, 0, 200, 100));
+    KQTab *kept = makeTab(nullptr, 1);
+    KQTab *dropped = makeTab(nullptr, 2);
+    view->setTabs({kept, dropped});
+    view->setTabs({kept});
+    view->setTabs({kept});
+    QCOMPARE(dropped->parent(), view.get());
+    const QPointer<KQTab> watched(dropped);
+    view.reset();
+    QVERIFY(watched.isNull());
 }
 
 void tst_KQTabView::toolTipAtPoint_data()
@@ -449,6 +667,35 @@ void tst_KQTabView::clickSequences()
     QCOMPARE(view->selectedTab() ? int(view->selectedTab()->tag()) : 0, selected);
     // A release that selects nothing sends nothing to the delegate.
     QCOMPARE(delegate.log.isEmpty(), selected == 1 && steps.last() == QStringLiteral("r 190"));
+}
+
+void tst_KQTabView::pressForgottenWhenHidden()
+{
+    KQTabView *view = makeTabView();
+    QVERIFY(view);
+    QTest::mousePress(view, Qt::LeftButton, {}, QPoint(130, 10));
+    QCOMPARE(view->pressedDownTab(), view->tabs().at(2));
+    m_window->hide();
+    QCOMPARE(view->pressedDownTab(), nullptr);
+    m_window->show();
+    QVERIFY(QTest::qWaitForWindowExposed(m_window.get()));
+    QCOMPARE(view->pressedDownTab(), nullptr);
+    QCOMPARE(view->selectedTab(), view->tabs().at(0));
+}
+
+void tst_KQTabView::emptyBarIsStillDrawn()
+{
+    KQTabView *view = makeTabView(0);
+    QVERIFY(view);
+    const QImage bar = grabBar(view);
+    const QRgb background = view->palette().color(QPalette::Button).rgba();
+    const QRgb separator = view->palette().color(QPalette::Dark).rgba();
+    QVERIFY(background != separator);
+    for (const int x : {0, 100, 199}) {
+        QCOMPARE(bar.pixel(x, 0), background);
+        QCOMPARE(bar.pixel(x, 25), background);
+        QCOMPARE(bar.pixel(x, 26), separator);
+    }
 }
 
 void tst_KQTabView::selectedLook()

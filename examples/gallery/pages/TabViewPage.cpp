@@ -212,9 +212,11 @@ QWidget *createTabViewPage()
     QObject::connect(replace, &QPushButton::clicked, page, [view, which, replacement, status] {
         if (!view)
             return;
-        const qsizetype position = std::max<qsizetype>(0, view->tabs().indexOf(view->selectedTab()));
-        const bool found = view->replaceTab(which->currentData().toInt(), replacement->currentData().toInt(),
-                                            std::min<qsizetype>(position, view->tabs().size() - 1));
+        // Where the selected tab sits, kept inside the bar; 0 when the bar is
+        // empty (a hidden tab may still come back there).
+        const qsizetype selected = view->tabs().indexOf(view->selectedTab());
+        const qsizetype position = std::max<qsizetype>(0, std::min<qsizetype>(selected, view->tabs().size() - 1));
+        const bool found = view->replaceTab(which->currentData().toInt(), replacement->currentData().toInt(), position);
         if (!found)
             status->setText(QObject::tr("Nothing replaced: the new tab is already there"));
     });

@@ -214,7 +214,7 @@ void KQAccessibility::addChildToGroup(QAccessibleInterface *child)
 
 void KQAccessibility::setAccessibilityHierarchy(const std::function<void()> &rebuild)
 {
-    _setupAccessibilityHierarchy = rebuild;
+    setSetupAccessibilityHierarchy(rebuild);
 }
 
 void KQAccessibility::startInitializeAccessibility(const std::function<void()> &procedure)

@@ -27,7 +27,9 @@ QIcon KQTab::icon() const
 
 void KQTab::setIcon(const QIcon &icon)
 {
-    // QIcon has no equality; every assignment counts as a change.
+    // QIcon has no equality; copies of one icon share its cache key.
+    if (_icon.cacheKey() == icon.cacheKey())
+        return;
     _icon = icon;
     Q_EMIT iconChanged();
 }

@@ -16,6 +16,8 @@
 
 #include <cmath>
 
+static_assert(KQTabView::kTabBarHeight == KQTabBar::kBarHeight, "one bar height for the widget and its geometry");
+
 KQTabViewDelegate::~KQTabViewDelegate() = default;
 
 QSizeF KQTabView::frameSizeForTabViewSize(const QSizeF &size)
@@ -67,29 +69,37 @@ KQTabView::~KQTabView()
     for (QAccessible::Id id : std::as_const(m_accessibilityButtons))
         QAccessible::deleteAccessibleInterface(id);
     m_accessibilityButtons.clear();
-    for (KQTab *tab : std::as_const(_tabs))
-        disconnect(tab, nullptr, this, nullptr);
-    for (KQTab *tab : std::as_const(_hiddenTabs))
-        disconnect(tab, nullptr, this, nullptr);
 }
 
 void KQTabView::adopt(KQTab *tab)
 {
     if (!tab->parent())
         tab->setParent(this);
-    connect(tab, &QObject::destroyed, this, &KQTabView::forgetTab, Qt::UniqueConnection);
+    // Once per tab, however often it is set.
+    disconnect(tab, nullptr, m_tabWatcher.get(), nullptr);
+    connect(tab, &QObject::destroyed, m_tabWatcher.get(), [this](QObject *gone) { forgetTab(gone); });
+    // The bar shows the icon: a new one must be drawn.
+    connect(tab, &KQTab::iconChanged, m_tabWatcher.get(), [this] { update(); });
 }
 
 void KQTabView::forgetTab(QObject *tab)
 {
     // Only the address is compared: the tab is already half destroyed.
     const auto matches = [tab](KQTab *candidate) { return static_cast<QObject *>(candidate) == tab; };
-    _tabs.removeIf(matches);
+    const bool wasVisible = _tabs.removeIf(matches) > 0;
     _hiddenTabs.removeIf(matches);
     if (const auto it = m_accessibilityButtons.constFind(tab); it != m_accessibilityButtons.cend()) {
         QAccessible::deleteAccessibleInterface(it.value());
         m_accessibilityButtons.erase(it);
     }
+    // The selected tab went (its pointer has already cleared itself): its
+    // widget must not stay on show with nothing selected.
+    if (!_selectedTab && m_installedView) {
+        tearDownSelectedTab();
+        Q_EMIT selectedTabChanged(nullptr);
+    }
+    if (wasVisible)
+        Q_EMIT tabsChanged();
     update();
 }
 
@@ -104,7 +114,13 @@ void KQTabView::setTabs(const QList<KQTab *> &tabs)
         accepted.append(tab);
     }
     _tabs = accepted;
+    const QPointer<KQTabView> alive(this);
+    Q_EMIT tabsChanged();
+    if (!alive)
+        return;
     selectTab(_tabs.isEmpty() ? nullptr : _tabs.first());
+    if (!alive)
+        return;
 
     if (KQAccessibility::validForAutomateTesting()) {
         // The previous group goes; initializeAccessibility attaches a new one.
@@ -140,24 +156,29 @@ void KQTabView::selectTab(KQTab *tab)
     // Held weakly: a delegate may destroy the old tab while being told.
     const QPointer<KQTab> old = _selectedTab;
     const QPointer<KQTab> next = tab;
+    // ...and may destroy the tab view itself, as a panel closing on a choice does.
+    const QPointer<KQTabView> alive(this);
     if (auto *delegate = qobject_cast<KQTabViewDelegate *>(_delegate.data()))
         delegate->tabViewWillChangeToTab(this, next, old);
+    if (!alive)
+        return;
     tearDownSelectedTab();
     _selectedTab = next;
     setUpSelectedTab();
     if (auto *delegate = qobject_cast<KQTabViewDelegate *>(_delegate.data()))
         delegate->tabViewDidChangeToTab(this, next, old);
+    if (!alive)
+        return;
     Q_EMIT selectedTabChanged(_selectedTab);
     update();
 }
 
 void KQTabView::tearDownSelectedTab()
 {
-    if (!_selectedTab)
-        return;
     // Hidden rather than orphaned: the tab view keeps the widget alive.
-    if (QWidget *view = _selectedTab->view(); view && view->parentWidget() == this)
-        view->hide();
+    if (m_installedView && m_installedView->parentWidget() == this)
+        m_installedView->hide();
+    m_installedView = nullptr;
 }
 
 void KQTabView::setUpSelectedTab()
@@ -171,6 +192,7 @@ void KQTabView::setUpSelectedTab()
         view->setParent(this);
     view->setGeometry(KQTabBar::contentFrameForBounds(QRectF(rect())).toRect());
     view->show();
+    m_installedView = view;
     if (QWidget *focus = _selectedTab->initialFirstResponder())
         focus->setFocus(Qt::OtherFocusReason);
 }
@@ -179,9 +201,18 @@ void KQTabView::resizeEvent(QResizeEvent *event)
 {
     QWidget::resizeEvent(event);
     // The selected widget follows the tab view's size in both directions.
-    if (_selectedTab) {
-        if (QWidget *view = _selectedTab->view(); view && view->parentWidget() == this)
-            view->setGeometry(KQTabBar::contentFrameForBounds(QRectF(rect())).toRect());
+    if (m_installedView && m_installedView->parentWidget() == this)
+        m_installedView->setGeometry(KQTabBar::contentFrameForBounds(QRectF(rect())).toRect());
+}
+
+void KQTabView::hideEvent(QHideEvent *event)
+{
+    QWidget::hideEvent(event);
+    // A hidden widget never gets the release of a press it was tracking:
+    // forget the press, so the pressed look does not come back with it.
+    if (m_tracker->pressedDownTab()) {
+        m_tracker->reset();
+        update();
     }
 }
 
@@ -194,6 +225,7 @@ bool KQTabView::hideTabSelection(qint64 tag)
         const bool wasSelected = tab == _selectedTab;
         _tabs.removeOne(tab);
         _hiddenTabs.append(tab);
+        Q_EMIT tabsChanged();
         return wasSelected;
     }
     return false;
@@ -201,8 +233,12 @@ bool KQTabView::hideTabSelection(qint64 tag)
 
 void KQTabView::hideTab(qint64 tag)
 {
-    if (hideTabSelection(tag))
+    if (hideTabSelection(tag)) {
+        const QPointer<KQTabView> alive(this);
         selectTab(_tabs.isEmpty() ? nullptr : _tabs.first());
+        if (!alive)
+            return;
+    }
     update();
 }
 
@@ -216,6 +252,7 @@ void KQTabView::showTab(qint64 tag, qsizetype position)
         KQAssert(position >= 0 && position <= _tabs.size());
         _hiddenTabs.removeAt(i);
         _tabs.insert(position, tab);
+        Q_EMIT tabsChanged();
         break;
     }
     update();
@@ -247,6 +284,8 @@ bool KQTabView::replaceTab(qint64 oldTag, qint64 newTag, qsizetype position)
             break;
         }
     }
+    if (shown)
+        Q_EMIT tabsChanged();
     if (hideTabSelection(oldTag))
         selectTab(shown);
     else
@@ -445,8 +484,12 @@ void KQTabView::modalClickTrackingLoop(QMouseEvent *event)
     if (!step.finished)
         return;
     const QPointer<KQTab> selection = step.selection;
-    if (selection)
+    if (selection) {
+        const QPointer<KQTabView> alive(this);
         selectTab(selection);
+        if (!alive)
+            return;
+    }
     m_tracker->reset();
     if (selection)
         update(tabBarRectForBounds(QRectF(rect())).toAlignedRect());

@@ -51,6 +51,7 @@ class TARNCOMMON_EXPORT KQTabView : public QWidget, public ToolTipping_ZL
     Q_OBJECT
     Q_INTERFACES(ToolTipping_ZL)
     Q_PROPERTY(QObject *delegate READ delegate WRITE setDelegate NOTIFY delegateChanged)
+    Q_PROPERTY(QList<KQTab *> tabs READ tabs NOTIFY tabsChanged)
     Q_PROPERTY(KQTab *selectedTab READ selectedTab NOTIFY selectedTabChanged)
     Q_PROPERTY(KQAccessibility *kqAccessibilityTabView READ kqAccessibilityTabView WRITE
                    setKqAccessibilityTabView NOTIFY kqAccessibilityTabViewChanged)
@@ -61,7 +62,7 @@ public:
     // The frame a tab view needs for content of the given size.
     static QSizeF frameSizeForTabViewSize(const QSizeF &size);
 
-    // An empty tab view with the given frame.
+    // An empty tab view, optionally with the given frame.
     explicit KQTabView(QWidget *parent = nullptr);
     explicit KQTabView(const QRect &frame, QWidget *parent = nullptr);
     // A tab view sized for the largest content widget of the tabs (widths and
@@ -123,6 +124,9 @@ public:
 
 Q_SIGNALS:
     void delegateChanged();
+    // The visible tabs changed: set, hidden, shown, moved or destroyed.
+    void tabsChanged();
+    // Also sent when the selected tab is selected again (it is reinstalled).
     void selectedTabChanged(KQTab *tab);
     void kqAccessibilityTabViewChanged();
 
@@ -132,6 +136,7 @@ protected:
     void mouseMoveEvent(QMouseEvent *event) override;
     void mouseReleaseEvent(QMouseEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;
+    void hideEvent(QHideEvent *event) override;
 
     // One step of click tracking; press, drag and release all come here.
     void modalClickTrackingLoop(QMouseEvent *event);
@@ -148,7 +153,14 @@ private:
     QPointer<KQTab> _selectedTab;
     QPointer<QObject> _delegate;
     QPointer<KQAccessibility> _kqAccessibilityTabView;
+    // The widget setUpSelectedTab installed: the one to take down, even if
+    // the tab has since been given another widget or is gone.
+    QPointer<QWidget> m_installedView;
     std::unique_ptr<KQTabClickTracker> m_tracker;
     QRegion m_dirtyRegion; // during paintEvent; empty means draw everything
     QHash<const QObject *, QAccessible::Id> m_accessibilityButtons;
+    // Receives the tabs' signals (destroyed, iconChanged). Declared last, so it goes first
+    // when the tab view dies: tabs destroyed with the widget's children
+    // (including ones setTabs dropped) no longer reach a half-destroyed view.
+    std::unique_ptr<QObject> m_tabWatcher = std::make_unique<QObject>();
 };
