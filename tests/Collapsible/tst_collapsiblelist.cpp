@@ -153,6 +153,38 @@ private Q_SLOTS:
         QCOMPARE(list.collapsableViews().size(), 1);
     }
 
+    void firstViewAfterEarlierContent()
+    {
+        // The limits left by a former view must not clamp the size taken
+        // from the next first view.
+        KQCollapsibleListView list;
+        list.addCollapsableView(makeView(QStringLiteral("Old")));
+        delete list.collapsableViews().first();
+        list.resize(0, 0);
+        list.addCollapsableView(makeView(QStringLiteral("New"), 60, true));
+        QCOMPARE(list.size(), QSize(100, 78));
+        QCOMPARE(list.collapsableViews().first()->height(), 78);
+    }
+
+    void loadSurvivesAViewDestroyedOnTheWay()
+    {
+        struct Destroyer : QObject, KQCollapsibleListViewDelegate
+        {
+            QPointer<KQCollapsibleView> victim;
+            void collapsableListViewWillAnimateFromHeight(KQCollapsibleListView *, double, double,
+                                                          KQViewAnimations &) override
+            {
+                delete victim.data();
+            }
+        } destroyer;
+        store(QStringLiteral("victim"), QStringList{QStringLiteral("A"), QStringLiteral("C")});
+        const auto list = makeList(ABC);
+        destroyer.victim = list->collapsableViews().at(2);
+        list->setDelegate(&destroyer);
+        list->setAutosaveName(QStringLiteral("victim"));
+        QCOMPARE(collapsedStates(*list), (QList<bool>{true, false}));
+    }
+
     void contractFailures_data()
     {
         QTest::addColumn<int>("operation");

@@ -145,8 +145,9 @@ void KQCollapsibleListView::resizeToFitSubviews()
     const QSize size = this->size();
     if (size.width() == 0 && size.height() == 0) {
         KQAssertText("[_collapsableViews count] > 0", !m_collapsableViews.isEmpty());
-        resize(m_collapsableViews.last()->size());
+        // Limits first: those of an earlier content must not clamp the new size.
         applyHeightLimits();
+        resize(m_collapsableViews.last()->size());
         return;
     }
     KQHeightLimits limits;
@@ -194,9 +195,15 @@ void KQCollapsibleListView::loadFromAutosaveName()
     if (damaged)
         ZLLogWarning("The saved state under \"%s\" is not a list of titles; only its titles are used",
                      qUtf8Printable(m_autosaveName));
-    // A copy: collapsing may end in a view being destroyed by its owner.
-    const QList<KQCollapsibleView *> views = m_collapsableViews;
-    for (KQCollapsibleView *view : views) {
+    // Guarded copies: a delegate told about one view's animation may destroy
+    // another view of the list.
+    QList<QPointer<KQCollapsibleView>> views;
+    views.reserve(m_collapsableViews.size());
+    for (KQCollapsibleView *view : std::as_const(m_collapsableViews))
+        views.append(view);
+    for (const QPointer<KQCollapsibleView> &view : std::as_const(views)) {
+        if (!view)
+            continue;
         const QString title = view->title();
         view->setCollapsed(!title.isNull() && titles.contains(title), false);
     }
