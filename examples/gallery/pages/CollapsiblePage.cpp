@@ -115,8 +115,7 @@ QWidget *createCollapsiblePage()
 
     QScrollArea *scrollArea = ZLWrapVerticalScrollViewAroundView(list);
     scrollArea->setParent(page);
-    scrollArea->setFixedWidth(PanelWidth + 2 * scrollArea->frameWidth()
-                              + scrollArea->verticalScrollBar()->sizeHint().width());
+    scrollArea->setFixedWidth(PanelWidth + scrollArea->verticalScrollBar()->sizeHint().width());
     layout->addWidget(scrollArea);
 
     // The panel fills the visible height when that is more than its sections
@@ -133,7 +132,8 @@ QWidget *createCollapsiblePage()
             if (view && !(view->isHidden() && view->testAttribute(Qt::WA_WState_ExplicitShowHide)))
                 floor += view->isCollapsed() ? view->height() : natural;
         }
-        list->resize(scrollArea->viewport()->width(), std::max(scrollArea->viewport()->height(), floor));
+        // The width follows the scroll area by itself.
+        list->resize(list->width(), std::max(scrollArea->viewport()->height(), floor));
     };
     auto *fitTimer = new QTimer(page);
     fitTimer->setSingleShot(true);
