@@ -50,18 +50,33 @@ public:
     KQCollapsibleListViewDelegate *delegate() const;
     void setDelegate(KQCollapsibleListViewDelegate *delegate);
 
+    // Appends a view at the bottom (a view already held is ignored), becomes
+    // its parent and delegate, and fits and stacks again. The saved state is
+    // not applied to a view added after the autosave name was set.
     void addCollapsableView(KQCollapsibleView *collapsableView);
+    // The views in display order, hidden ones included.
     QList<KQCollapsibleView *> collapsableViews() const { return m_collapsableViews; }
+    // The first view whose content is that very widget, or nullptr.
     KQCollapsibleView *collapsableViewWithContentView(const QWidget *contentView) const;
+    // A hidden view takes no room and no part in the limits, but keeps its
+    // place and its saved state.
     void setHiddenForCollapsableView(bool hidden, KQCollapsibleView *view);
 
+    // Stacks the visible views at full width; the spare height (or the
+    // shortfall) goes to the resizable, expanded views in list order.
     void layoutSubviews();
+    // Brings the list's height within its views' limits (the maximum winning
+    // on a conflict); a list of zero size takes its last view's size.
     void resizeToFitSubviews();
+    // Collapses exactly the views whose titles are saved, without animation.
     void loadFromAutosaveName();
+    // Saves the titles of the collapsed views, hidden ones included.
     void saveToAutosaveName();
     // Sums of the visible views' limits; either pointer may be null.
     void getMinHeight(double *minHeight, double *maxHeight) const;
 
+    // True while a view's height animation runs: the list neither stacks
+    // its views nor holds its own height within the limits then.
     bool isLayoutBlocked() const { return m_blockSubviewLayout; }
     QSize sizeHint() const override;
 

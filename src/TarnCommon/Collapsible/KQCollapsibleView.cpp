@@ -71,6 +71,7 @@ KQCollapsibleView::KQCollapsibleView(const QString &title, QWidget *contentView,
     if (!title.isNull()) {
         m_collapseButton = makeCollapseButton();
         m_titleField = makeTitleField(title);
+        m_collapseButton->setAccessibleName(title);
     }
     layoutSubviews();
 }
