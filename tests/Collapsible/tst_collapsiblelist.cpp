@@ -8,6 +8,7 @@
 #include <TarnCommon/ZLWrapVerticalScrollViewAroundView.h>
 
 #include <QtCore/QFile>
+#include <QtTest/QSignalSpy>
 #include <QtTest/QTest>
 #include <QtWidgets/QScrollArea>
 
@@ -218,6 +219,7 @@ private Q_SLOTS:
         list->setDelegate(&listDelegate);
         KQCollapsibleView *b = list->collapsableViews().at(1);
         KQCollapsibleView *c = list->collapsableViews().at(2);
+        QSignalSpy blocked(list.get(), &KQCollapsibleListView::layoutBlockedChanged);
 
         b->setCollapsed(true, true);
 
@@ -243,8 +245,11 @@ private Q_SLOTS:
         list->layoutSubviews();
         QCOMPARE(c->y(), 999);
 
+        QCOMPARE(blocked.size(), 1);
         animation->setCurrentTime(animation->duration());
         QVERIFY(!list->isLayoutBlocked());
+        QCOMPARE(blocked.size(), 2);
+        QCOMPARE(blocked.at(1).at(0).toBool(), false);
         QCOMPARE(c->geometry(), QRect(0, 136, 100, 118));
         QCOMPARE(b->height(), 18);
         QCOMPARE(list->height(), 254);

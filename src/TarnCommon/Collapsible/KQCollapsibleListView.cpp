@@ -250,16 +250,22 @@ void KQCollapsibleListView::collapsableViewWillAnimateFromHeight(KQCollapsibleVi
 
     if (KQCollapsibleListViewDelegate *delegate = m_delegate->get())
         delegate->collapsableListViewWillAnimateFromHeight(this, height(), plan.listHeight, animations);
-    m_blockSubviewLayout = true;
-    m_blockingView = view;
-    applyHeightLimits();
+    setLayoutBlocked(true, view);
 }
 
 void KQCollapsibleListView::collapsableViewFinishedAnimations(KQCollapsibleView *, const KQViewAnimations &)
 {
-    m_blockSubviewLayout = false;
-    m_blockingView = nullptr;
+    setLayoutBlocked(false, nullptr);
+}
+
+void KQCollapsibleListView::setLayoutBlocked(bool blocked, const QObject *view)
+{
+    const bool changed = blocked != m_blockSubviewLayout;
+    m_blockSubviewLayout = blocked;
+    m_blockingView = view;
     applyHeightLimits();
+    if (changed)
+        Q_EMIT layoutBlockedChanged(blocked);
 }
 
 void KQCollapsibleListView::resizeEvent(QResizeEvent *)

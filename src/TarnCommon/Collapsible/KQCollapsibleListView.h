@@ -33,6 +33,7 @@ class TARNCOMMON_EXPORT KQCollapsibleListView : public QWidget, public KQCollaps
 {
     Q_OBJECT
     Q_PROPERTY(QString autosaveName READ autosaveName WRITE setAutosaveName NOTIFY autosaveNameChanged)
+    Q_PROPERTY(bool isLayoutBlocked READ isLayoutBlocked NOTIFY layoutBlockedChanged)
 
 public:
     // A list of zero size, which takes the size of its first view.
@@ -76,7 +77,8 @@ public:
     void getMinHeight(double *minHeight, double *maxHeight) const;
 
     // True while a view's height animation runs: the list neither stacks
-    // its views nor holds its own height within the limits then.
+    // its views nor holds its own height within the limits then. The change
+    // back to false is the moment to size the list anew after a collapse.
     bool isLayoutBlocked() const { return m_blockSubviewLayout; }
     QSize sizeHint() const override;
 
@@ -89,12 +91,14 @@ public Q_SLOTS:
 
 Q_SIGNALS:
     void autosaveNameChanged(const QString &name);
+    void layoutBlockedChanged(bool blocked);
 
 protected:
     void resizeEvent(QResizeEvent *event) override;
 
 private:
     void applyHeightLimits();
+    void setLayoutBlocked(bool blocked, const QObject *view);
     void forgetView(QObject *view);
 
     QList<KQCollapsibleView *> m_collapsableViews;
