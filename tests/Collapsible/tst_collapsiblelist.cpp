@@ -415,6 +415,22 @@ private Q_SLOTS:
         }
     }
 
+    void widthChangedMidAnimationIsCaughtUp()
+    {
+        auto *list = makeList(ABC, 354).release();
+        const std::unique_ptr<QScrollArea> area(ZLWrapVerticalScrollViewAroundView(list));
+        area->resize(100, 500);
+        area->show();
+        QVERIFY(QTest::qWaitForWindowExposed(area.get()));
+        KQCollapsibleView *a = list->collapsableViews().at(0);
+        a->setCollapsed(true, true);
+        area->resize(160, 500);
+        a->currentAnimation()->setCurrentTime(a->currentAnimation()->duration());
+        QCOMPARE(list->width(), area->viewport()->width());
+        for (const KQCollapsibleView *view : list->collapsableViews())
+            QCOMPARE(view->width(), list->width());
+    }
+
     void scrollWrapper()
     {
         auto *view = new QWidget;

@@ -9,6 +9,7 @@
 #include <TarnCommon/KQSettings.h>
 
 #include <QtCore/QCoreApplication>
+#include <QtGui/QResizeEvent>
 
 #include <cmath>
 
@@ -264,12 +265,20 @@ void KQCollapsibleListView::setLayoutBlocked(bool blocked, const QObject *view)
     m_blockSubviewLayout = blocked;
     m_blockingView = view;
     applyHeightLimits();
+    // The animations keep every width, so a new width came from outside
+    // (a scroll area following its viewport) and its layout was skipped.
+    if (!blocked && m_widthChangedWhileBlocked) {
+        m_widthChangedWhileBlocked = false;
+        layoutSubviews();
+    }
     if (changed)
         Q_EMIT layoutBlockedChanged(blocked);
 }
 
-void KQCollapsibleListView::resizeEvent(QResizeEvent *)
+void KQCollapsibleListView::resizeEvent(QResizeEvent *event)
 {
+    if (m_blockSubviewLayout && event->oldSize().width() != width())
+        m_widthChangedWhileBlocked = true;
     layoutSubviews();
 }
 

@@ -106,6 +106,7 @@ private:
     QMetaObject::Connection m_terminateConnection;
     std::unique_ptr<KQGuardedDelegate<KQCollapsibleListViewDelegate>> m_delegate;
     bool m_blockSubviewLayout = false;
+    bool m_widthChangedWhileBlocked = false;
     // The view whose animation blocks the layout: if it dies mid-animation
     // its end never comes, so the block is lifted then. Only compared, never
     // followed (it is cleared when that view is destroyed).
