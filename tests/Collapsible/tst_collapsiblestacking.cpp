@@ -80,22 +80,6 @@ private Q_SLOTS:
         }
     }
 
-    void stackFramesWithoutArea_data()
-    {
-        QTest::addColumn<double>("width");
-        QTest::addColumn<double>("height");
-        QTest::newRow("zero width") << 0.0 << 100.0;
-        QTest::newRow("zero height") << 100.0 << 0.0;
-        QTest::newRow("negative height") << 100.0 << -5.0;
-    }
-
-    void stackFramesWithoutArea()
-    {
-        QFETCH(double, width);
-        QFETCH(double, height);
-        QVERIFY(!KQCollapsibleStacking::stackFrames({item(30, true)}, width, height).has_value());
-    }
-
     void listLimits_data()
     {
         QTest::addColumn<QList<KQStackItem>>("items");
@@ -152,7 +136,6 @@ private Q_SLOTS:
         QTest::newRow("mixed list keeps its strings")
             << QVariant(QVariantList{b, QVariantMap{{b, 1}}, 7}) << QStringList{b} << true;
         QTest::newRow("a rectangle") << QVariant(QRect(1, 2, 3, 4)) << QStringList{} << true;
-        QTest::newRow("a number") << QVariant(12) << QStringList{} << true;
     }
 
     void storedTitles()

@@ -5,8 +5,6 @@
 #include <TarnCommon/ZLWrapVerticalScrollViewAroundView.h>
 
 #include <QtCore/QCoreApplication>
-#include <QtCore/QTimer>
-#include <QtCore/QVariantAnimation>
 #include <QtWidgets/QCheckBox>
 #include <QtWidgets/QFormLayout>
 #include <QtWidgets/QHBoxLayout>
@@ -115,39 +113,34 @@ QWidget *createCollapsiblePage()
 
     QScrollArea *scrollArea = ZLWrapVerticalScrollViewAroundView(list);
     scrollArea->setParent(page);
-    scrollArea->setFixedWidth(PanelWidth + 2 * scrollArea->frameWidth()
-                              + scrollArea->verticalScrollBar()->sizeHint().width());
+    scrollArea->setFixedWidth(PanelWidth + scrollArea->verticalScrollBar()->sizeHint().width());
     layout->addWidget(scrollArea);
 
     // The panel fills the visible height when that is more than its sections
-    // need at their natural heights (the spare goes to Layers, the first
-    // resizable section); otherwise it keeps those heights and scrolls.
-    // Squeezing it into a small viewport would shrink the resizable
-    // sections to their headers for good, since spare height later goes to
-    // the first one only.
+    // need at their natural heights; otherwise it keeps those heights and
+    // scrolls. The expanded resizable sections are given their natural
+    // heights back first: the list gives spare height, and takes a
+    // shortfall, from the first of them only, so after a collapse and an
+    // expansion Layers would otherwise end squeezed to its header.
     auto fitToViewport = [list, scrollArea, naturalHeights] {
         if (list->isLayoutBlocked())
             return;
         int floor = 0;
         for (const auto &[view, natural] : naturalHeights) {
-            if (view && !(view->isHidden() && view->testAttribute(Qt::WA_WState_ExplicitShowHide)))
-                floor += view->isCollapsed() ? view->height() : natural;
+            if (!view || (view->isHidden() && view->testAttribute(Qt::WA_WState_ExplicitShowHide)))
+                continue;
+            if (view->isHeightResizable() && !view->isCollapsed())
+                view->resize(view->width(), natural);
+            floor += view->height();
         }
-        list->resize(scrollArea->viewport()->width(), std::max(scrollArea->viewport()->height(), floor));
+        // The width follows the scroll area by itself.
+        list->resize(list->width(), std::max(scrollArea->viewport()->height(), floor));
+        list->layoutSubviews();
     };
-    auto *fitTimer = new QTimer(page);
-    fitTimer->setSingleShot(true);
-    fitTimer->setInterval(0);
-    QObject::connect(fitTimer, &QTimer::timeout, page, [list, fitTimer, fitToViewport] {
-        // After a collapse or expansion, once its animation is over.
-        for (const KQCollapsibleView *view : list->collapsableViews()) {
-            if (QVariantAnimation *animation = view->currentAnimation()) {
-                QObject::connect(animation, &QAbstractAnimation::finished, fitTimer, qOverload<>(&QTimer::start),
-                                 Qt::UniqueConnection);
-                return;
-            }
-        }
-        fitToViewport();
+    // After a collapse or expansion, once its animation is over.
+    QObject::connect(list, &KQCollapsibleListView::layoutBlockedChanged, page, [fitToViewport](bool blocked) {
+        if (!blocked)
+            fitToViewport();
     });
     struct ResizeWatcher : QObject
     {
@@ -189,8 +182,6 @@ QWidget *createCollapsiblePage()
         list->setHiddenForCollapsableView(hidden, list->collapsableViews().last());
         fitToViewport();
     });
-    for (KQCollapsibleView *view : list->collapsableViews())
-        QObject::connect(view, &KQCollapsibleView::isCollapsedChanged, fitTimer, qOverload<>(&QTimer::start));
 
     side->addWidget(hideNotes);
     side->addWidget(saveButton, 0, Qt::AlignLeft);

@@ -9,6 +9,7 @@
 #include <TarnCommon/KQSettings.h>
 
 #include <QtCore/QCoreApplication>
+#include <QtGui/QResizeEvent>
 
 #include <cmath>
 
@@ -145,8 +146,9 @@ void KQCollapsibleListView::resizeToFitSubviews()
     const QSize size = this->size();
     if (size.width() == 0 && size.height() == 0) {
         KQAssertText("[_collapsableViews count] > 0", !m_collapsableViews.isEmpty());
-        resize(m_collapsableViews.last()->size());
+        // Limits first: those of an earlier content must not clamp the new size.
         applyHeightLimits();
+        resize(m_collapsableViews.last()->size());
         return;
     }
     KQHeightLimits limits;
@@ -194,9 +196,15 @@ void KQCollapsibleListView::loadFromAutosaveName()
     if (damaged)
         ZLLogWarning("The saved state under \"%s\" is not a list of titles; only its titles are used",
                      qUtf8Printable(m_autosaveName));
-    // A copy: collapsing may end in a view being destroyed by its owner.
-    const QList<KQCollapsibleView *> views = m_collapsableViews;
-    for (KQCollapsibleView *view : views) {
+    // Guarded copies: a delegate told about one view's animation may destroy
+    // another view of the list.
+    QList<QPointer<KQCollapsibleView>> views;
+    views.reserve(m_collapsableViews.size());
+    for (KQCollapsibleView *view : std::as_const(m_collapsableViews))
+        views.append(view);
+    for (const QPointer<KQCollapsibleView> &view : std::as_const(views)) {
+        if (!view)
+            continue;
         const QString title = view->title();
         view->setCollapsed(!title.isNull() && titles.contains(title), false);
     }
@@ -243,20 +251,34 @@ void KQCollapsibleListView::collapsableViewWillAnimateFromHeight(KQCollapsibleVi
 
     if (KQCollapsibleListViewDelegate *delegate = m_delegate->get())
         delegate->collapsableListViewWillAnimateFromHeight(this, height(), plan.listHeight, animations);
-    m_blockSubviewLayout = true;
-    m_blockingView = view;
-    applyHeightLimits();
+    setLayoutBlocked(true, view);
 }
 
 void KQCollapsibleListView::collapsableViewFinishedAnimations(KQCollapsibleView *, const KQViewAnimations &)
 {
-    m_blockSubviewLayout = false;
-    m_blockingView = nullptr;
-    applyHeightLimits();
+    setLayoutBlocked(false, nullptr);
 }
 
-void KQCollapsibleListView::resizeEvent(QResizeEvent *)
+void KQCollapsibleListView::setLayoutBlocked(bool blocked, const QObject *view)
 {
+    const bool changed = blocked != m_blockSubviewLayout;
+    m_blockSubviewLayout = blocked;
+    m_blockingView = view;
+    applyHeightLimits();
+    // The animations keep every width, so a new width came from outside
+    // (a scroll area following its viewport) and its layout was skipped.
+    if (!blocked && m_widthChangedWhileBlocked) {
+        m_widthChangedWhileBlocked = false;
+        layoutSubviews();
+    }
+    if (changed)
+        Q_EMIT layoutBlockedChanged(blocked);
+}
+
+void KQCollapsibleListView::resizeEvent(QResizeEvent *event)
+{
+    if (m_blockSubviewLayout && event->oldSize().width() != width())
+        m_widthChangedWhileBlocked = true;
     layoutSubviews();
 }
 

@@ -33,6 +33,7 @@ class TARNCOMMON_EXPORT KQCollapsibleListView : public QWidget, public KQCollaps
 {
     Q_OBJECT
     Q_PROPERTY(QString autosaveName READ autosaveName WRITE setAutosaveName NOTIFY autosaveNameChanged)
+    Q_PROPERTY(bool isLayoutBlocked READ isLayoutBlocked NOTIFY layoutBlockedChanged)
 
 public:
     // A list of zero size, which takes the size of its first view.
@@ -50,18 +51,34 @@ public:
     KQCollapsibleListViewDelegate *delegate() const;
     void setDelegate(KQCollapsibleListViewDelegate *delegate);
 
+    // Appends a view at the bottom (a view already held is ignored), becomes
+    // its parent and delegate, and fits and stacks again. The saved state is
+    // not applied to a view added after the autosave name was set.
     void addCollapsableView(KQCollapsibleView *collapsableView);
+    // The views in display order, hidden ones included.
     QList<KQCollapsibleView *> collapsableViews() const { return m_collapsableViews; }
+    // The first view whose content is that very widget, or nullptr.
     KQCollapsibleView *collapsableViewWithContentView(const QWidget *contentView) const;
+    // A hidden view takes no room and no part in the limits, but keeps its
+    // place and its saved state.
     void setHiddenForCollapsableView(bool hidden, KQCollapsibleView *view);
 
+    // Stacks the visible views at full width; the spare height (or the
+    // shortfall) goes to the resizable, expanded views in list order.
     void layoutSubviews();
+    // Brings the list's height within its views' limits (the maximum winning
+    // on a conflict); a list of zero size takes its last view's size.
     void resizeToFitSubviews();
+    // Collapses exactly the views whose titles are saved, without animation.
     void loadFromAutosaveName();
+    // Saves the titles of the collapsed views, hidden ones included.
     void saveToAutosaveName();
     // Sums of the visible views' limits; either pointer may be null.
     void getMinHeight(double *minHeight, double *maxHeight) const;
 
+    // True while a view's height animation runs: the list neither stacks
+    // its views nor holds its own height within the limits then. The change
+    // back to false is the moment to size the list anew after a collapse.
     bool isLayoutBlocked() const { return m_blockSubviewLayout; }
     QSize sizeHint() const override;
 
@@ -74,12 +91,14 @@ public Q_SLOTS:
 
 Q_SIGNALS:
     void autosaveNameChanged(const QString &name);
+    void layoutBlockedChanged(bool blocked);
 
 protected:
     void resizeEvent(QResizeEvent *event) override;
 
 private:
     void applyHeightLimits();
+    void setLayoutBlocked(bool blocked, const QObject *view);
     void forgetView(QObject *view);
 
     QList<KQCollapsibleView *> m_collapsableViews;
@@ -87,6 +106,7 @@ private:
     QMetaObject::Connection m_terminateConnection;
     std::unique_ptr<KQGuardedDelegate<KQCollapsibleListViewDelegate>> m_delegate;
     bool m_blockSubviewLayout = false;
+    bool m_widthChangedWhileBlocked = false;
     // The view whose animation blocks the layout: if it dies mid-animation
     // its end never comes, so the block is lifted then. Only compared, never
     // followed (it is cleared when that view is destroyed).

@@ -14,6 +14,9 @@
 
 using namespace KQCollapsibleStacking;
 
+static_assert(KQCollapsibleView::HeaderHeight == KQCollapsibleStacking::HeaderHeight,
+              "the view and the stacking rules share one header height");
+
 namespace {
 
 // A one-line label that elides its text at the tail when too narrow.
@@ -68,6 +71,7 @@ KQCollapsibleView::KQCollapsibleView(const QString &title, QWidget *contentView,
     if (!title.isNull()) {
         m_collapseButton = makeCollapseButton();
         m_titleField = makeTitleField(title);
+        m_collapseButton->setAccessibleName(title);
     }
     layoutSubviews();
 }
@@ -208,14 +212,19 @@ void KQCollapsibleView::setCollapsed(bool collapsed, bool animate)
 
 void KQCollapsibleView::setHeight(double height, bool animate)
 {
+    // A change below the epsilon neither starts nor ends anything, not even
+    // a running animation.
+    if (std::abs(this->height() - height) <= HeightEpsilon)
+        return;
     // One animation at a time: a running one is taken to its end first, so
     // its delegate messages stay paired and the new one starts from there.
-    if (m_animation)
+    if (m_animation) {
         m_animation->setCurrentTime(m_animation->duration());
+        if (std::abs(this->height() - height) <= HeightEpsilon)
+            return;
+    }
 
     const QRect frame = geometry();
-    if (std::abs(frame.height() - height) <= HeightEpsilon)
-        return;
 
     KQViewAnimations animations;
     if (KQCollapsibleViewDelegate *delegate = m_delegate->get())
@@ -240,9 +249,10 @@ void KQCollapsibleView::animationDidEnd()
     if (m_collapseButton)
         m_collapseButton->setChecked(!m_isCollapsed);
     layoutSubviews();
+    update(); // the line under the header goes with the end of a collapse
+    // Last: the delegate may destroy this view.
     if (KQCollapsibleViewDelegate *delegate = m_delegate->get())
         delegate->collapsableViewFinishedAnimations(this, finished);
-    update();
 }
 
 QVariantAnimation *KQCollapsibleView::currentAnimation() const

@@ -41,6 +41,7 @@ class TARNCOMMON_EXPORT KQCollapsibleView : public QWidget
     Q_PROPERTY(bool isHeightResizable READ isHeightResizable WRITE setIsHeightResizable NOTIFY isHeightResizableChanged)
     Q_PROPERTY(bool drawTopLine READ drawTopLine WRITE setDrawTopLine NOTIFY drawTopLineChanged)
     Q_PROPERTY(bool isCollapsed READ isCollapsed NOTIFY isCollapsedChanged)
+    // Computed from the height and the state whenever asked: no change signal.
     Q_PROPERTY(double minHeight READ minHeight)
     Q_PROPERTY(double maxHeight READ maxHeight)
 
@@ -86,6 +87,8 @@ public:
     // Animates the view's height, the top edge staying put. A change below
     // the single-precision epsilon does nothing at all.
     void setHeight(double height, bool animate);
+    // Places the button, the title and the content; a resizable content
+    // follows the view's height only while expanded and idle.
     void layoutSubviews();
 
     // The running height animation, or nullptr. Lets callers (and tests)
@@ -95,6 +98,7 @@ public:
     QSize sizeHint() const override;
 
 public Q_SLOTS:
+    // The button's action: collapses or expands with animation.
     void toggleCollapsed();
 
 Q_SIGNALS:
