@@ -1,7 +1,7 @@
 #include "KQViewAnimation_p.h"
 #include "RecordingDelegates.h"
 #include "KQWidgetState_p.h"
-#include "StderrCapture.h"
+#include "StreamCapture.h"
 
 #include <TarnCommon/KQCollapsibleListView.h>
 #include <TarnCommon/KQSettings.h>
@@ -198,7 +198,7 @@ private Q_SLOTS:
         QFETCH(QByteArray, expectedText);
         KQCollapsibleListView list;
         const std::unique_ptr<KQCollapsibleView> stranger(makeView(QStringLiteral("S")));
-        StderrCapture capture;
+        StreamCapture capture(stderr);
         switch (operation) {
         case 0: list.addCollapsableView(nullptr); break;
         case 1: list.setHiddenForCollapsableView(true, nullptr); break;
@@ -451,7 +451,7 @@ private Q_SLOTS:
         view->resize(120, 500);
         QCOMPARE(view->size(), QSize(width, 500));
 
-        StderrCapture capture;
+        StreamCapture capture(stderr);
         QVERIFY(!ZLWrapVerticalScrollViewAroundView(nullptr));
         QVERIFY(capture.text().contains("(view != nullptr)"));
     }

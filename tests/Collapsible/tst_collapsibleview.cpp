@@ -1,5 +1,5 @@
 #include "RecordingDelegates.h"
-#include "StderrCapture.h"
+#include "StreamCapture.h"
 
 #include <TarnCommon/KQCollapsibleView.h>
 #include <TarnCommon/KQSettings.h>
@@ -256,7 +256,7 @@ private Q_SLOTS:
         const auto view = makeView(QStringLiteral("Fixed"), false);
         RecordingViewDelegate delegate;
         view->setDelegate(&delegate);
-        StderrCapture capture;
+        StreamCapture capture(stderr);
         view->setCollapsed(true, false);
         const QByteArray report = capture.text();
         QVERIFY2(report.contains("(_canCollapse)"), report.constData());
@@ -264,14 +264,14 @@ private Q_SLOTS:
         QCOMPARE(view->height(), 118);
         QVERIFY(delegate.log.isEmpty());
 
-        StderrCapture quiet;
+        StreamCapture quiet(stderr);
         view->setCollapsed(false, false);
         QVERIFY(quiet.text().isEmpty());
     }
 
     void invalidInitializerIsReported()
     {
-        StderrCapture capture;
+        StreamCapture capture(stderr);
         KQCollapsibleView view(QRect(0, 0, 50, 40));
         QVERIFY(capture.text().contains("Invalid initializer method called"));
         QVERIFY(view.title().isNull());

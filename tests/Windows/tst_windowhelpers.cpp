@@ -1,4 +1,4 @@
-#include "../Inspector/StreamCapture.h"
+#include "StreamCapture.h"
 #include "ConstrainFrameRect_p.h"
 
 #include <TarnCommon/CocoaExtensions_ZL.h>
