@@ -162,20 +162,25 @@ private Q_SLOTS:
 
     void interruptedFade_data()
     {
-        QTest::addColumn<bool>("showAgain"); // or change the text
-        QTest::newRow("show again") << true;
-        QTest::newRow("new text") << false;
+        QTest::addColumn<QString>("interruption");
+        QTest::addColumn<bool>("showAgain");
+        QTest::newRow("show again") << "show" << true;
+        QTest::newRow("hidden as a plain widget") << "QWidget::hide" << false;
+        QTest::newRow("new text") << "text" << false;
     }
     void interruptedFade()
     {
+        QFETCH(QString, interruption);
         QFETCH(bool, showAgain);
         ToolTipWindow_ZL window;
         window.show();
         window.hide(true);
         auto *fade = window.findChild<QVariantAnimation *>();
         fade->setCurrentTime(fade->duration() / 2);
-        if (showAgain)
+        if (interruption == QLatin1String("show"))
             window.show();
+        else if (interruption == QLatin1String("QWidget::hide"))
+            window.QWidget::hide();
         else
             window.setString(QStringLiteral("Changed"), true);
         QVERIFY(!window.isFading());

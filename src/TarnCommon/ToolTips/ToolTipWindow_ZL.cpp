@@ -114,10 +114,8 @@ QTextDocumentFragment ToolTipWindow_ZL::attributedString() const
 void ToolTipWindow_ZL::setAttributedString(const QTextDocumentFragment &text, bool wrapText)
 {
     // A tooltip that changes while fading comes back only through show().
-    if (isFading()) {
-        fadeOut_->stop();
+    if (isFading())
         animationDidStop();
-    }
     const QRectF used = textView_->setText(text, wrapText ? wrapWidth : -1.0);
     const QSizeF size = ToolTipContentSize(used, textView_->textContainerInset());
     const QSize pixels(int(std::ceil(size.width())), int(std::ceil(size.height())));
@@ -132,14 +130,15 @@ void ToolTipWindow_ZL::setString(const QString &text, bool wrapText)
     setAttributedString(QTextDocumentFragment::fromPlainText(text), wrapText);
 }
 
-void ToolTipWindow_ZL::show()
+void ToolTipWindow_ZL::setVisible(bool visible)
 {
-    if (isFading()) {
+    if (isFading())
         fadeOut_->stop();
-        animationDidStop();
-    }
-    setWindowOpacity(1.0);
-    QWidget::show();
+    if (visible)
+        setWindowOpacity(1.0);
+    QWidget::setVisible(visible);
+    if (visible)
+        raise();
 }
 
 bool ToolTipWindow_ZL::isFading() const
