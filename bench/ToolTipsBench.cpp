@@ -11,6 +11,8 @@
 #include <QtGui/QMouseEvent>
 #include <QtGui/QWindow>
 #include <QtWidgets/QApplication>
+#include <QtWidgets/QMainWindow>
+#include <QtWidgets/QToolBar>
 #include <QtWidgets/QWidget>
 
 #include <benchmark/benchmark.h>
@@ -65,6 +67,33 @@ void BM_ToolTips_HitTest10000Widgets(benchmark::State &state)
     state.SetLabel(state.range(0) != 0 ? "nested 100 x 100" : "flat 10,000");
 }
 BENCHMARK(BM_ToolTips_HitTest10000Widgets)->Arg(0)->Arg(1);
+
+// A point over the last of a main window's tool bar items: the item pass
+// walks every item once.
+void BM_ToolTips_HitTestToolBarItems(benchmark::State &state)
+{
+    QMainWindow window;
+    window.setCentralWidget(new QWidget);
+    auto *toolBar = new QToolBar(QStringLiteral("Items"));
+    window.addToolBar(Qt::LeftToolBarArea, toolBar);
+    QWidget *last = nullptr;
+    for (int i = 0; i < state.range(0); ++i) {
+        last = new Cell;
+        last->setFixedSize(8, 1);
+        toolBar->addWidget(last);
+    }
+    window.setGeometry(0, 0, 200, 10 * int(state.range(0)) + 100);
+    window.show();
+    QCoreApplication::processEvents();
+    // In window coordinates: a tall tool bar reaches past the screens.
+    const QPointF point = QPointF(last->mapTo(&window, QPoint(1, 0)));
+    QWidget *found = nullptr;
+    for (auto _ : state)
+        benchmark::DoNotOptimize(found = GetViewAtPointInWindow(&window, point));
+    state.SetLabel(found == last ? "last item" : "NOT THE LAST ITEM");
+    state.SetComplexityN(state.range(0));
+}
+BENCHMARK(BM_ToolTips_HitTestToolBarItems)->Arg(100)->Arg(1000)->Complexity();
 
 // A whole poll while the same tooltip stays up: hit test and comparison,
 // no layout.

@@ -127,6 +127,28 @@ private Q_SLOTS:
         QCOMPARE(ToolTipControllerTiming(controller.get()).state(), ToolTipTiming_ZL::State::Idle);
     }
 
+    // Closing every window (as a quit that is then cancelled does) takes
+    // the tooltip window too; the next tooltip comes in a new one.
+    void closedWindowIsMadeAgain()
+    {
+        QTest::mouseMove(window.get(), QPoint(50, 60));
+        poll(1.0);
+        QVERIFY(tip()->isShown());
+        QApplication::closeAllWindows();
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        QCOMPARE(tip(), nullptr);
+        window->show();
+        QVERIFY(QTest::qWaitForWindowExposed(window.get()));
+        // (The same answer counts as still shown: only a new one shows.)
+        ToolTipControllerTiming(controller.get()).setPointerLocation([] { return QPointF(170, 160); });
+        QTest::mouseMove(window.get(), QPoint(70, 60));
+        poll(1.0);
+        QVERIFY(tip() != nullptr);
+        QVERIFY(tip()->isShown());
+        QCOMPARE(tip()->attributedString().toPlainText(), QStringLiteral("chart 70,60"));
+        QCOMPARE(ToolTipControllerTimer(controller.get())->isActive(), true);
+    }
+
     void nullNotificationIsReported()
     {
         CapturedOutput output;

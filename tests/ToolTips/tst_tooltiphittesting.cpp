@@ -7,8 +7,10 @@
 #include <TarnCommon/KQSettings.h>
 
 #include <QtTest/QTest>
+#include <QtWidgets/QDockWidget>
 #include <QtWidgets/QLabel>
 #include <QtWidgets/QMainWindow>
+#include <QtWidgets/QStatusBar>
 #include <QtWidgets/QToolBar>
 
 #include <memory>
@@ -124,6 +126,12 @@ private Q_SLOTS:
         auto *swatch = new AnsweringWidget(QStringLiteral("swatch"));
         swatch->setFixedSize(40, 20);
         toolBar->addWidget(swatch);
+        auto *dock = new QDockWidget(QStringLiteral("Dock"), &main);
+        auto *docked = new AnsweringWidget(QStringLiteral("docked"));
+        docked->setMinimumSize(60, 60);
+        dock->setWidget(docked);
+        main.addDockWidget(Qt::LeftDockWidgetArea, dock);
+        main.statusBar()->showMessage(QStringLiteral("Ready"));
         main.setGeometry(100, 100, 400, 300);
         main.show();
         QVERIFY(QTest::qWaitForWindowExposed(&main));
@@ -134,6 +142,13 @@ private Q_SLOTS:
         };
         QCOMPARE(answerAt(swatch, QPoint(3, 4)), QStringLiteral("swatch 3,4"));
         QCOMPARE(answerAt(main.centralWidget(), QPoint(7, 8)), QStringLiteral("central 7,8"));
+        // Docks and status bar are content too.
+        QCOMPARE(answerAt(docked, QPoint(5, 6)), QStringLiteral("docked 5,6"));
+        QCOMPARE(GetViewAtPointInWindow(&main, QPointF(main.statusBar()->mapTo(&main, main.statusBar()->rect().center()))),
+                 main.statusBar());
+        // The tool bar's own area, between items, is neither content nor an item.
+        const QPoint between = toolBar->mapTo(&main, QPoint(toolBar->width() - 2, toolBar->height() / 2));
+        QCOMPARE(GetViewAtPointInWindow(&main, QPointF(between)), nullptr);
         QWidget *button = toolBar->widgetForAction(toolBar->actions().first());
         QCOMPARE(GetViewAtPointInWindow(&main, QPointF(button->mapTo(&main, QPoint(2, 2)))), button);
         QCOMPARE(answerAt(button, QPoint(2, 2)), QString()); // a plain tool button does not answer

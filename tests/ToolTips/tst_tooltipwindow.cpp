@@ -80,7 +80,8 @@ private Q_SLOTS:
         QTest::newRow("wider than the screen") << QPointF(500, 400) << 1200.0 << QPointF(-200, 359) << true;
         QTest::newRow("secondary's left edge") << QPointF(1000, 300) << 80.0 << QPointF(1000, 259) << true;
         QTest::newRow("secondary bottom") << QPointF(1200, 130) << 80.0 << QPointF(1200, 160) << true;
-        QTest::newRow("primary's right edge is outside") << QPointF(1800, 300) << 80.0 << QPointF(-80, 259) << false;
+        QTest::newRow("right of every screen: at the pointer") << QPointF(1800, 300) << 80.0 << QPointF(1800, 259) << false;
+        QTest::newRow("under the secondary: at the pointer, above it") << QPointF(1500, 30) << 80.0 << QPointF(1500, 60) << false;
         QTest::newRow("left of every screen") << QPointF(-50, 400) << 80.0 << QPointF(0, 359) << false;
         QTest::newRow("below every screen") << QPointF(-10, -5) << 80.0 << QPointF(0, 25) << false;
     }
@@ -161,20 +162,25 @@ private Q_SLOTS:
 
     void interruptedFade_data()
     {
-        QTest::addColumn<bool>("showAgain"); // or change the text
-        QTest::newRow("show again") << true;
-        QTest::newRow("new text") << false;
+        QTest::addColumn<QString>("interruption");
+        QTest::addColumn<bool>("showAgain");
+        QTest::newRow("show again") << "show" << true;
+        QTest::newRow("hidden as a plain widget") << "QWidget::hide" << false;
+        QTest::newRow("new text") << "text" << false;
     }
     void interruptedFade()
     {
+        QFETCH(QString, interruption);
         QFETCH(bool, showAgain);
         ToolTipWindow_ZL window;
         window.show();
         window.hide(true);
         auto *fade = window.findChild<QVariantAnimation *>();
         fade->setCurrentTime(fade->duration() / 2);
-        if (showAgain)
+        if (interruption == QLatin1String("show"))
             window.show();
+        else if (interruption == QLatin1String("QWidget::hide"))
+            window.QWidget::hide();
         else
             window.setString(QStringLiteral("Changed"), true);
         QVERIFY(!window.isFading());

@@ -13,20 +13,33 @@
 #include <QtGui/QCursor>
 #include <QtWidgets/QApplication>
 
-// The window as the rules see it; the window may be closed (and deleted) by
-// anyone at any time, after which there is simply nothing shown.
+// The window as the rules see it. The window goes when closed, and anyone
+// may close it (QApplication::closeAllWindows() closes every visible
+// window, and a quit may then be cancelled): until the next tooltip there
+// is simply nothing shown, and the next tooltip gets a new window.
 class ToolTipControllerPrivate_ZL : public ToolTipPresenter_ZL
 {
 public:
+    // nullptr before startup.
+    ToolTipWindow_ZL *window()
+    {
+        if (!toolTipWindow_ && timer_) {
+            auto *window = new ToolTipWindow_ZL;
+            window->setAttribute(Qt::WA_DeleteOnClose);
+            toolTipWindow_ = window;
+        }
+        return toolTipWindow_;
+    }
+
     bool isShown() const override { return toolTipWindow_ && toolTipWindow_->isShown(); }
     void setString(const QString &text, bool wrapText) override
     {
-        if (toolTipWindow_)
+        if (window())
             toolTipWindow_->setString(text, wrapText);
     }
     void setAttributedString(const QTextDocumentFragment &text, bool wrapText) override
     {
-        if (toolTipWindow_)
+        if (window())
             toolTipWindow_->setAttributedString(text, wrapText);
     }
     void positionAtMouseLocation(QPointF point) override
@@ -84,15 +97,13 @@ ToolTipController_ZL::~ToolTipController_ZL()
 
 void ToolTipController_ZL::startup()
 {
-    if (d->toolTipWindow_ || d->timer_)
+    if (d->timer_)
         return;
     KQAssert(qobject_cast<QApplication *>(QCoreApplication::instance()) != nullptr);
-    auto *window = new ToolTipWindow_ZL;
-    window->setAttribute(Qt::WA_DeleteOnClose);
-    d->toolTipWindow_ = window;
+    d->timer_ = new QTimer(this);
+    d->window();
     d->timing_.setPresenter(d.get());
 
-    d->timer_ = new QTimer(this);
     d->timer_->setInterval(int(ToolTipTiming_ZL::pollInterval * 1000));
     connect(d->timer_, &QTimer::timeout, this, &ToolTipController_ZL::_timerFired);
     d->timer_->start();

@@ -39,7 +39,8 @@ public:
     // notification; later calls do nothing.
     void startup();
 
-    // nullptr before startup.
+    // nullptr before startup, and once closed until the next tooltip
+    // needs it again.
     ToolTipWindow_ZL *toolTipWindow() const;
 
 private:

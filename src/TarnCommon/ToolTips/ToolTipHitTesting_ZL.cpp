@@ -4,10 +4,12 @@
 #include <TarnCommon/ToolTipping_ZL.h>
 
 #include <QtWidgets/QApplication>
+#include <QtWidgets/QLayout>
 #include <QtWidgets/QMainWindow>
 #include <QtWidgets/QToolBar>
 #include <QtWidgets/QWidget>
 
+#include <algorithm>
 #include <cmath>
 
 QWidget *ToolTipApplicationWindowAt(QPointF globalPoint)
@@ -36,15 +38,39 @@ QVariant ToolTipAtScreenPoint(bool *wrap, QPointF p, const ToolTipWindowFinder_Z
     return answering->toolTipAtPoint(vp, wrap ? wrap : &ignored);
 }
 
+namespace {
+
+// The tool bars docked in window, in order; floating ones are windows of
+// their own.
+QList<QToolBar *> dockedToolBars(QMainWindow *window)
+{
+    QList<QToolBar *> toolBars = window->findChildren<QToolBar *>(QString(), Qt::FindDirectChildrenOnly);
+    toolBars.removeIf([](const QToolBar *toolBar) { return toolBar->isHidden() || toolBar->isWindow(); });
+    return toolBars;
+}
+
+bool isOverToolBar(QMainWindow *window, QPointF wp)
+{
+    if (window == nullptr)
+        return false;
+    const QList<QToolBar *> toolBars = dockedToolBars(window);
+    return std::any_of(toolBars.cbegin(), toolBars.cend(),
+                       [wp](const QToolBar *toolBar) { return kq_pointInRect(wp, QRectF(toolBar->geometry())); });
+}
+
+} // namespace
+
 QWidget *GetViewAtPointInWindow(QWidget *window, QPointF wp)
 {
     if (window == nullptr)
         return nullptr;
+    // A main window's content is all of it but its tool bars (central
+    // widget, docks, menu and status bars); the tool bars come after it.
     auto *mainWindow = qobject_cast<QMainWindow *>(window);
-    QWidget *content = mainWindow && mainWindow->centralWidget() ? mainWindow->centralWidget() : window;
-    const QPointF cp = content == window ? wp : wp - QPointF(content->mapTo(window, QPoint(0, 0)));
-    if (QWidget *view = GetViewAtPointInView(content, cp))
-        return view;
+    if (!isOverToolBar(mainWindow, wp)) {
+        if (QWidget *view = GetViewAtPointInView(window, wp))
+            return view;
+    }
     return GetViewAtPointInToolbar(mainWindow, wp);
 }
 
@@ -79,14 +105,16 @@ QWidget *GetViewAtPointInToolbar(QMainWindow *window, QPointF wp)
 {
     if (window == nullptr)
         return nullptr;
-    const QList<QToolBar *> toolBars = window->findChildren<QToolBar *>(QString(), Qt::FindDirectChildrenOnly);
+    const QList<QToolBar *> toolBars = dockedToolBars(window);
     for (QToolBar *toolBar : toolBars) {
-        if (toolBar->isHidden())
-            continue;
-        const QList<QAction *> actions = toolBar->actions();
-        for (QAction *action : actions) {
-            QWidget *itemView = action->isVisible() ? toolBar->widgetForAction(action) : nullptr;
-            if (itemView == nullptr)
+        // The layout's items in order, each with its widget: one pass (asking
+        // widgetForAction() for every action would search the layout each
+        // time). The tool bar hides the widgets of invisible actions and of
+        // items that do not fit.
+        const QLayout *layout = toolBar->layout();
+        for (int i = 0, count = layout ? layout->count() : 0; i < count; ++i) {
+            QWidget *itemView = layout->itemAt(i)->widget();
+            if (itemView == nullptr || itemView->isHidden())
                 continue;
             const QPointF ip = wp - QPointF(itemView->mapTo(window, QPoint(0, 0)));
             if (QWidget *found = GetViewAtPointInView(itemView, ip))

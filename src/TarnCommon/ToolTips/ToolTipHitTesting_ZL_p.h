@@ -26,8 +26,8 @@ TARNCOMMON_EXPORT QWidget *ToolTipApplicationWindowAt(QPointF globalPoint);
 TARNCOMMON_EXPORT QVariant ToolTipAtScreenPoint(bool *wrap, QPointF p,
                                                 const ToolTipWindowFinder_ZL &findWindow = {});
 
-// wp: in the window's coordinates. The content comes first (a main window's
-// central widget, otherwise the window itself), then the tool bars.
+// wp: in the window's coordinates. The content comes first (the window, but
+// for a main window not its tool bars), then the tool bars.
 TARNCOMMON_EXPORT QWidget *GetViewAtPointInWindow(QWidget *window, QPointF wp);
 
 // pt: in view's own coordinates. nullptr when pt is outside view.

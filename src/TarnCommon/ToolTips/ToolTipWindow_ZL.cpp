@@ -27,16 +27,19 @@ std::optional<QRectF> ScreenAtPoint(QPointF point, const QList<QRectF> &frames)
 
 QPointF ToolTipWindowOrigin(QPointF p, QSizeF size, const QList<QRectF> &frames, double cursorBelow)
 {
-    const QRectF sf = ScreenAtPoint(p, frames).value_or(QRectF(0, 0, 0, 0));
+    const std::optional<QRectF> screen = ScreenAtPoint(p, frames);
+    const QRectF sf = screen.value_or(QRectF(0, 0, 0, 0));
     double y = p.y() - cursorBelow - size.height() - 5.0;
     // Near the bottom of the screen the window goes above the pointer; its
     // top is not checked after that.
     if (kq_minY(sf) > y)
         y = p.y() + 30.0;
+    // Right-aligned with the screen when it would overflow it; off every
+    // screen there is no right edge to keep to, and it stays at the pointer.
     double x = p.x();
     if (kq_minX(sf) > p.x())
         x = kq_minX(sf);
-    else if (x + size.width() > kq_minX(sf) + sf.width())
+    else if (screen && x + size.width() > kq_minX(sf) + sf.width())
         x = kq_minX(sf) + sf.width() - size.width();
     return QPointF(x, y);
 }
@@ -111,10 +114,8 @@ QTextDocumentFragment ToolTipWindow_ZL::attributedString() const
 void ToolTipWindow_ZL::setAttributedString(const QTextDocumentFragment &text, bool wrapText)
 {
     // A tooltip that changes while fading comes back only through show().
-    if (isFading()) {
-        fadeOut_->stop();
+    if (isFading())
         animationDidStop();
-    }
     const QRectF used = textView_->setText(text, wrapText ? wrapWidth : -1.0);
     const QSizeF size = ToolTipContentSize(used, textView_->textContainerInset());
     const QSize pixels(int(std::ceil(size.width())), int(std::ceil(size.height())));
@@ -129,14 +130,15 @@ void ToolTipWindow_ZL::setString(const QString &text, bool wrapText)
     setAttributedString(QTextDocumentFragment::fromPlainText(text), wrapText);
 }
 
-void ToolTipWindow_ZL::show()
+void ToolTipWindow_ZL::setVisible(bool visible)
 {
-    if (isFading()) {
+    if (isFading())
         fadeOut_->stop();
-        animationDidStop();
-    }
-    setWindowOpacity(1.0);
-    QWidget::show();
+    if (visible)
+        setWindowOpacity(1.0);
+    QWidget::setVisible(visible);
+    if (visible)
+        raise();
 }
 
 bool ToolTipWindow_ZL::isFading() const

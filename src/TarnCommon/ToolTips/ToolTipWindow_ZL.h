@@ -31,8 +31,9 @@ public:
     void setAttributedString(const QTextDocumentFragment &text, bool wrapText);
     void setString(const QString &text, bool wrapText);
 
-    // Fully opaque and in front; stops a fade under way.
-    void show();
+    // However it is shown or hidden (show(), hide(), setVisible()), a fade
+    // under way ends; shown, it is fully opaque and in front.
+    void setVisible(bool visible) override;
     // Visible and not fading out.
     bool isShown() const;
     // point: the pointer in Qt global coordinates.

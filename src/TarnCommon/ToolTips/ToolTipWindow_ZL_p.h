@@ -19,7 +19,8 @@ TARNCOMMON_EXPORT std::optional<QRectF> ScreenAtPoint(QPointF point, const QList
 // its top 5 below the cursor image (which reaches cursorBelow under the hot
 // spot), or 30 above the pointer when that would leave the screen's bottom;
 // its left edge at the pointer, kept inside the screen horizontally. Without
-// a screen the zero rectangle stands in for it.
+// a screen the window goes at the pointer, or at x = 0 when the pointer is
+// left of 0, and above the pointer when it would reach below y = 0.
 TARNCOMMON_EXPORT QPointF ToolTipWindowOrigin(QPointF point, QSizeF size, const QList<QRectF> &frames,
                                               double cursorBelow);
 
