@@ -2,7 +2,7 @@
 // notification that KQApplication posts, and the real window shown after the
 // rest time of an injected clock.
 #include "AnsweringWidget.h"
-#include "CapturedOutput.h"
+#include "StreamCapture.h"
 #include "ToolTipController_ZL_p.h"
 #include "ToolTipTiming_ZL_p.h"
 
@@ -151,7 +151,7 @@ private Q_SLOTS:
 
     void nullNotificationIsReported()
     {
-        CapturedOutput output;
+        StreamCapture output({stdout, stderr});
         KQPostAfterEventNotification(nullptr);
         QVERIFY(output.text().contains("Assertion: (theEvent)"));
     }
