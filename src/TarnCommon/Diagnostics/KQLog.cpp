@@ -45,11 +45,9 @@ void printError(const QString &text)
 
 } // namespace
 
-QString _ZLMakeLogStr(const char *file, int64_t, const char *, const char *format, va_list arguments)
+// A format message carries no location: file, line and function go unused.
+QString _ZLMakeLogStr(const char *, int64_t, const char *, const char *format, va_list arguments)
 {
-    // The file is cut first, as for every message, though a format message
-    // carries no location.
-    (void)KQPathComponent::last(file, KQPathComponent::SlashOrBackslash);
     return makeFormatText(format, arguments);
 }
 
