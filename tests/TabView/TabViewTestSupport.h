@@ -3,15 +3,10 @@
 #include <TarnCommon/KQTab.h>
 #include <TarnCommon/KQTabView.h>
 
-#include <QtCore/QFile>
 #include <QtCore/QStringList>
-#include <QtCore/QTemporaryFile>
 #include <QtGui/QIcon>
 #include <QtGui/QImage>
 #include <QtGui/QPixmap>
-
-#include <cstdio>
-#include <unistd.h>
 
 // A tab with its own content widget of the given size, owned by owner.
 inline KQTab *makeTab(QObject *owner, qint64 tag, const QString &tooltip = QString(), QSize viewSize = {100, 50})
@@ -43,25 +38,28 @@ inline QIcon makeIcon(const QColor &color)
 }
 
 // Records the delegate messages, with what was installed when each came.
+// Told to, destroys the tab view from inside one of the two messages, as a
+// panel that closes once a choice is made would.
 class RecordingDelegate : public QObject, public KQTabViewDelegate
 {
     Q_OBJECT
     Q_INTERFACES(KQTabViewDelegate)
 public:
     QStringList log;
+    QString destroyIn; // "will", "did" or empty
 
     void tabViewWillChangeToTab(KQTabView *tabView, KQTab *toTab, KQTab *fromTab) override
     {
-        log << describe(QStringLiteral("will"), tabView, toTab, fromTab);
+        hear(QStringLiteral("will"), tabView, toTab, fromTab);
     }
     void tabViewDidChangeToTab(KQTabView *tabView, KQTab *toTab, KQTab *fromTab) override
     {
-        log << describe(QStringLiteral("did"), tabView, toTab, fromTab);
+        hear(QStringLiteral("did"), tabView, toTab, fromTab);
     }
 
 private:
     // "will 2<-1 shown:view1" : the message, the tags and the visible child.
-    static QString describe(const QString &what, KQTabView *tabView, KQTab *to, KQTab *from)
+    void hear(const QString &what, KQTabView *tabView, KQTab *to, KQTab *from)
     {
         QString shown;
         for (QWidget *child : tabView->findChildren<QWidget *>(Qt::FindDirectChildrenOnly)) {
@@ -69,63 +67,8 @@ private:
                 shown += child->objectName();
         }
         const auto tag = [](KQTab *tab) { return tab ? QString::number(tab->tag()) : QStringLiteral("-"); };
-        return QStringLiteral("%1 %2<-%3 shown:%4").arg(what, tag(to), tag(from), shown);
-    }
-};
-
-// Destroys the tab view from inside one of the two messages, as a panel that
-// closes once a choice is made would.
-class DestroyingDelegate : public QObject, public KQTabViewDelegate
-{
-    Q_OBJECT
-    Q_INTERFACES(KQTabViewDelegate)
-public:
-    bool inWill = false; // else in "did"
-
-    void tabViewWillChangeToTab(KQTabView *tabView, KQTab *, KQTab *) override
-    {
-        if (inWill)
+        log << QStringLiteral("%1 %2<-%3 shown:%4").arg(what, tag(to), tag(from), shown);
+        if (what == destroyIn)
             delete tabView;
     }
-    void tabViewDidChangeToTab(KQTabView *tabView, KQTab *, KQTab *) override
-    {
-        if (!inWill)
-            delete tabView;
-    }
-};
-
-// Collects what is written to standard error while alive.
-class StderrCapture
-{
-public:
-    StderrCapture()
-    {
-        m_file.open();
-        std::fflush(stderr);
-        m_saved = dup(fileno(stderr));
-        dup2(m_file.handle(), fileno(stderr));
-    }
-    ~StderrCapture() { restore(); }
-
-    QString text()
-    {
-        restore();
-        QFile read(m_file.fileName());
-        read.open(QIODevice::ReadOnly);
-        return QString::fromUtf8(read.readAll());
-    }
-
-private:
-    void restore()
-    {
-        if (m_saved < 0)
-            return;
-        std::fflush(stderr);
-        dup2(m_saved, fileno(stderr));
-        close(m_saved);
-        m_saved = -1;
-    }
-
-    QTemporaryFile m_file;
-    int m_saved = -1;
 };
