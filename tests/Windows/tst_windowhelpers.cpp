@@ -192,18 +192,14 @@ void tst_WindowHelpers::frameAccessors()
     QWidget parent;
     auto *view = new QWidget(&parent);
     view->setGeometry(10, 20, 30, 40);
-    QCOMPARE(p_originX(view), 10.0);
-    QCOMPARE(p_originY(view), 20.0);
-    QCOMPARE(p_width(view), 30.0);
-    QCOMPARE(p_height(view), 40.0);
+    QCOMPARE(QRectF(p_originX(view), p_originY(view), p_width(view), p_height(view)), QRectF(10, 20, 30, 40));
     setP_width(view, 55);
     setP_height(view, 66.4);
     setP_originX(view, 7);
     setP_originY(view, 8);
     QCOMPARE(view->geometry(), QRect(7, 8, 55, 66));
 
-    QCOMPARE(p_width(nullptr), 0.0);
-    QCOMPARE(p_originY(nullptr), 0.0);
+    QCOMPARE(QRectF(p_originX(nullptr), p_originY(nullptr), p_width(nullptr), p_height(nullptr)), QRectF());
     setP_width(nullptr, 12); // ignored, as a message to nobody
 }
 
