@@ -7,8 +7,20 @@
 #include <QtCore/QStringList>
 #include <QtWidgets/QWidget>
 
-// A mode whose every value a test can set, and which writes each hook it
-// hears into a shared log as "<name>:<hook>".
+// Appends "<name>:<what>" to a shared log, so tests can compare the order of
+// hooks and messages across several modes and owners.
+struct LogWriter
+{
+    QString name;
+    QStringList *log;
+    void operator()(const QString &what) const
+    {
+        if (log)
+            log->append(name + QLatin1Char(':') + what);
+    }
+};
+
+// A mode whose every value a test can set, and which logs each hook it hears.
 class RecordingMode : public KQInspectorMode
 {
     Q_OBJECT
@@ -16,8 +28,7 @@ class RecordingMode : public KQInspectorMode
 public:
     RecordingMode(const QString &name, QStringList *log, QObject *parent = nullptr)
         : KQInspectorMode(parent)
-        , m_name(name)
-        , m_log(log)
+        , m_record{name, log}
     {
     }
 
@@ -34,10 +45,10 @@ public:
     void setLevel(qint64 level) { m_level = level; Q_EMIT windowLevelChanged(); }
     void setViewSize(const QSize &size) { m_viewSize = size; }
 
-    void modeWillShow() override { record(QStringLiteral("willShow")); }
-    void modeWasHidden() override { record(QStringLiteral("wasHidden")); }
-    Q_INVOKABLE void modeDidShow() { record(QStringLiteral("didShow")); }
-    Q_INVOKABLE void modeWillHide() { record(QStringLiteral("willHide")); }
+    void modeWillShow() override { m_record(QStringLiteral("willShow")); }
+    void modeWasHidden() override { m_record(QStringLiteral("wasHidden")); }
+    Q_INVOKABLE void modeDidShow() { m_record(QStringLiteral("didShow")); }
+    Q_INVOKABLE void modeWillHide() { m_record(QStringLiteral("willHide")); }
 
 protected:
     void loadView() override
@@ -48,30 +59,13 @@ protected:
     }
 
 private:
-    void record(const QString &hook)
-    {
-        if (m_log)
-            m_log->append(m_name + QLatin1Char(':') + hook);
-    }
-
-    QString m_name;
-    QStringList *m_log;
+    LogWriter m_record;
     QString m_title;
     bool m_resizable = true;
     QSizeF m_minSize{50, 50};
     QSizeF m_maxSize{2000, 2000};
     qint64 m_level = 3;
     QSize m_viewSize{220, 160};
-};
-
-// A mode that declares neither optional hook.
-class QuietMode : public KQInspectorMode
-{
-    Q_OBJECT
-
-public:
-    using KQInspectorMode::KQInspectorMode;
-    QSizeF minSize() const override { return QSizeF(10, 10); }
 };
 
 // A focus owner that logs the messages it receives and hands over its mode.
@@ -83,33 +77,24 @@ class RecordingOwner : public QObject, public KQInspectorFocusOwner
 public:
     RecordingOwner(const QString &name, QStringList *log, KQInspectorMode *mode, QObject *parent = nullptr)
         : QObject(parent)
-        , m_name(name)
-        , m_log(log)
+        , m_record{name, log}
         , m_mode(mode)
     {
     }
 
     KQInspectorMode *willGainFocusOfInspector(KQInspectorWindow *) override
     {
-        record(QStringLiteral("willGain"));
+        m_record(QStringLiteral("willGain"));
         return m_mode.data();
     }
-    void didGainFocusOfInspector(KQInspectorWindow *) override { record(QStringLiteral("didGain")); }
-    void willLoseFocusOfInspector(KQInspectorWindow *) override { record(QStringLiteral("willLose")); }
-    void didLoseFocusOfInspector(KQInspectorWindow *) override { record(QStringLiteral("didLose")); }
+    void didGainFocusOfInspector(KQInspectorWindow *) override { m_record(QStringLiteral("didGain")); }
+    void willLoseFocusOfInspector(KQInspectorWindow *) override { m_record(QStringLiteral("willLose")); }
+    void didLoseFocusOfInspector(KQInspectorWindow *) override { m_record(QStringLiteral("didLose")); }
 
-    KQInspectorMode *mode() const { return m_mode.data(); }
     void setMode(KQInspectorMode *mode) { m_mode = mode; }
 
 private:
-    void record(const QString &message)
-    {
-        if (m_log)
-            m_log->append(m_name + QLatin1Char(':') + message);
-    }
-
-    QString m_name;
-    QStringList *m_log;
+    LogWriter m_record;
     QPointer<KQInspectorMode> m_mode;
 };
 
@@ -139,4 +124,12 @@ public:
 
 private:
     QPointer<QObject> m_owner;
+};
+
+// The usual cast of a test: one mode, logged as "m", handed over by owner "A".
+struct OneOwner
+{
+    QStringList log;
+    RecordingMode mode{QStringLiteral("m"), &log};
+    RecordingOwner owner{QStringLiteral("A"), &log, &mode};
 };

@@ -8,35 +8,7 @@
 #include <QtTest/QtTest>
 #include <QtWidgets/QTextEdit>
 
-#include <limits>
-
-namespace {
-
-QIcon squareIcon(const QColor &colour)
-{
-    QPixmap pixmap(32, 32);
-    pixmap.fill(colour);
-    return QIcon(pixmap);
-}
-
-struct Piece
-{
-    QString text;
-    QTextCharFormat format;
-};
-
-// The text's pieces in order, the notice's line first.
-QList<Piece> pieces(const QTextDocument *document)
-{
-    QList<Piece> result;
-    for (QTextBlock block = document->begin(); block.isValid(); block = block.next()) {
-        for (auto it = block.begin(); !it.atEnd(); ++it)
-            result.append({it.fragment().text(), it.fragment().charFormat()});
-    }
-    return result;
-}
-
-} // namespace
+#include <memory>
 
 class tst_EmptyInspectorMode : public QObject
 {
@@ -45,11 +17,7 @@ class tst_EmptyInspectorMode : public QObject
 private Q_SLOTS:
     void initTestCase() { KQSettings::enableTestMode(); }
 
-    void values();
-    void viewIsMadeOnce();
-    void showingBuildsTextAtOnce();
-    void showingTwiceKeepsOneTimer();
-    void hidingStopsTheRefresh();
+    void showingBuildsTextAndOneTimer();
     void refreshRebuildsOnlyForNewTitle_data();
     void refreshRebuildsOnlyForNewTitle();
     void missingTitle_data();
@@ -58,65 +26,35 @@ private Q_SLOTS:
     void documentIcon();
 };
 
-void tst_EmptyInspectorMode::values()
-{
-    KQEmptyInspectorMode mode(nullptr);
-    QCOMPARE(mode.minSize(), QSizeF(50, 50));
-    const double largest = std::numeric_limits<double>::max();
-    QCOMPARE(mode.maxSize(), QSizeF(largest, largest));
-    QVERIFY(mode.isResizable());
-    QCOMPARE(mode.inspectorTitle(), QStringLiteral("Inspector"));
-    QCOMPARE(mode.windowLevel(), qint64(3));
-}
-
-void tst_EmptyInspectorMode::viewIsMadeOnce()
-{
-    KQEmptyInspectorMode mode(nullptr);
-    QWidget *view = mode.view();
-    auto *textView = qobject_cast<QTextEdit *>(view);
-    QVERIFY(textView);
-    QCOMPARE(mode.textView(), textView);
-    QVERIFY(textView->isReadOnly());
-    QCOMPARE(textView->textInteractionFlags(), Qt::NoTextInteraction);
-    QCOMPARE(textView->size(), QSize(0, 0));
-    QCOMPARE(mode.view(), view);
-}
-
-void tst_EmptyInspectorMode::showingBuildsTextAtOnce()
+void tst_EmptyInspectorMode::showingBuildsTextAndOneTimer()
 {
     QWidget window;
     window.setWindowTitle(QStringLiteral("Report.txt"));
     KQEmptyInspectorMode mode(&window);
-    mode.modeWillShow();
-    QCOMPARE(mode.textView()->toPlainText(),
-             QStringLiteral("Inspector not available for window:\nReport.txt"));
-    QCOMPARE(mode.textView()->document()->begin().blockFormat().alignment(), Qt::AlignHCenter);
-    QTimer *timer = mode.refreshTimer();
-    QVERIFY(timer);
-    QVERIFY(timer->isActive());
-    QVERIFY(!timer->isSingleShot());
-    QCOMPARE(timer->interval(), 2000);
-}
+    auto *textView = qobject_cast<QTextEdit *>(mode.view());
+    QVERIFY(textView);
+    QCOMPARE(mode.textView(), textView);
+    QCOMPARE(textView->textInteractionFlags(), Qt::NoTextInteraction);
 
-void tst_EmptyInspectorMode::showingTwiceKeepsOneTimer()
-{
-    KQEmptyInspectorMode mode(nullptr);
+    // Built at once, not on the first tick.
     mode.modeWillShow();
+    QCOMPARE(textView->toPlainText(), QStringLiteral("Inspector not available for window:\nReport.txt"));
+    QCOMPARE(textView->document()->begin().blockFormat().alignment(), Qt::AlignHCenter);
     QPointer<QTimer> first = mode.refreshTimer();
+    QVERIFY(first && first->isActive() && !first->isSingleShot());
+    QCOMPARE(first->interval(), 2000);
+
+    // Shown again: still exactly one timer.
     mode.modeWillShow();
     QVERIFY(first.isNull());
     QCOMPARE(mode.findChildren<QTimer *>().size(), 1);
     QVERIFY(mode.refreshTimer()->isActive());
-}
 
-void tst_EmptyInspectorMode::hidingStopsTheRefresh()
-{
-    KQEmptyInspectorMode mode(nullptr);
-    mode.modeWillShow();
+    // Hidden: no timer at all, and hiding twice is harmless.
+    mode.modeWasHidden();
     mode.modeWasHidden();
     QCOMPARE(mode.refreshTimer(), nullptr);
     QVERIFY(mode.findChildren<QTimer *>().isEmpty());
-    mode.modeWasHidden(); // hiding again is harmless
 }
 
 void tst_EmptyInspectorMode::refreshRebuildsOnlyForNewTitle_data()
@@ -136,7 +74,6 @@ void tst_EmptyInspectorMode::refreshRebuildsOnlyForNewTitle()
     window.setWindowTitle(QStringLiteral("Draft"));
     KQEmptyInspectorMode mode(&window);
     mode.modeWillShow();
-    QVERIFY(mode.refreshTimer()->isActive());
 
     // Marks the text so a rebuild shows; then one tick of the refresh timer,
     // fired by hand rather than waited for.
@@ -162,20 +99,18 @@ void tst_EmptyInspectorMode::missingTitle()
 {
     QFETCH(bool, withWindow);
     QFETCH(bool, windowGoesAway);
-    auto *window = new QWidget;
+    auto window = std::make_unique<QWidget>();
     if (windowGoesAway)
         window->setWindowTitle(QStringLiteral("Soon gone"));
-    KQEmptyInspectorMode mode(withWindow ? window : nullptr);
+    KQEmptyInspectorMode mode(withWindow ? window.get() : nullptr);
     mode.modeWillShow();
     if (windowGoesAway) {
         QVERIFY(mode.textView()->toPlainText().endsWith(QStringLiteral("Soon gone")));
-        delete window;
-        window = nullptr;
+        window.reset();
         mode.update();
     }
     QCOMPARE(mode.lastWindowTitle(), QStringLiteral("?"));
     QVERIFY(mode.textView()->toPlainText().endsWith(QStringLiteral("\n?")));
-    delete window;
 }
 
 void tst_EmptyInspectorMode::documentIcon_data()
@@ -192,41 +127,42 @@ void tst_EmptyInspectorMode::documentIcon()
     QFETCH(bool, hasIcon);
     QWidget window;
     window.setWindowTitle(QStringLiteral("Notes"));
-    window.setWindowIcon(squareIcon(Qt::red));
+    QPixmap red(32, 32);
+    red.fill(Qt::red);
+    window.setWindowIcon(QIcon(red));
     window.setWindowFilePath(filePath);
     QCOMPARE(kq_documentIconOfWindow(&window).isNull(), !hasIcon);
 
     KQEmptyInspectorMode mode(&window);
     mode.modeWillShow();
-    const QList<Piece> parts = pieces(mode.textView()->document());
-    QVERIFY(!parts.isEmpty());
-    const Piece &title = parts.last();
-    QCOMPARE(title.text, QStringLiteral("Notes"));
-    QCOMPARE(title.format.property(KQEmptyInspectorMode::BaselineOffsetProperty).toDouble(), hasIcon ? 3.0 : 0.0);
-
-    QList<Piece> images;
-    for (const Piece &part : parts) {
-        if (part.format.isImageFormat())
-            images.append(part);
+    // The text's pieces in order, the notice's line first.
+    QList<QTextFragment> pieces;
+    QList<QTextImageFormat> images;
+    for (QTextBlock block = mode.textView()->document()->begin(); block.isValid(); block = block.next()) {
+        for (auto it = block.begin(); !it.atEnd(); ++it) {
+            pieces.append(it.fragment());
+            if (it.fragment().charFormat().isImageFormat())
+                images.append(it.fragment().charFormat().toImageFormat());
+        }
     }
+    QVERIFY(!pieces.isEmpty());
+    const QTextCharFormat title = pieces.last().charFormat();
+    QCOMPARE(pieces.last().text(), QStringLiteral("Notes"));
+    // Only the title is raised, and only beside an icon.
+    QCOMPARE(title.property(KQEmptyInspectorMode::BaselineOffsetProperty).toDouble(), hasIcon ? 3.0 : 0.0);
+    QCOMPARE(title.baselineOffset() > 0, hasIcon);
+    QVERIFY(!pieces.first().charFormat().hasProperty(KQEmptyInspectorMode::BaselineOffsetProperty));
+
     QCOMPARE(images.size(), hasIcon ? 1 : 0);
     const QString plain = mode.textView()->toPlainText();
     if (hasIcon) {
-        const QTextImageFormat image = images.first().format.toImageFormat();
-        QCOMPARE(image.width(), 16.0);
-        QCOMPARE(image.height(), 16.0);
+        QCOMPARE(QSizeF(images.first().width(), images.first().height()), QSizeF(16, 16));
         // The picture itself is there to be drawn.
-        const QVariant resource = mode.textView()->document()->resource(QTextDocument::ImageResource,
-                                                                         QUrl(image.name()));
-        QVERIFY(resource.isValid());
+        QVERIFY(mode.textView()->document()->resource(QTextDocument::ImageResource, QUrl(images.first().name())).isValid());
         QVERIFY(plain.endsWith(QChar(QChar::ObjectReplacementCharacter) + QStringLiteral(" Notes")));
     } else {
         QVERIFY(plain.endsWith(QStringLiteral("window:\nNotes")));
     }
-    // Only the title is raised, and only beside an icon.
-    QCOMPARE(title.format.baselineOffset() > 0, hasIcon);
-    QCOMPARE(parts.first().format.baselineOffset(), 0.0);
-    QVERIFY(!parts.first().format.hasProperty(KQEmptyInspectorMode::BaselineOffsetProperty));
 }
 
 QTEST_MAIN(tst_EmptyInspectorMode)

@@ -45,7 +45,6 @@ private Q_SLOTS:
     void delegateSetting();
     void alert_data();
     void alert();
-    void alertNeedsItsParent();
     void frameAccessors();
 };
 
@@ -94,15 +93,9 @@ void tst_WindowHelpers::constrainOnScreens()
     QFETCH(QRectF, frame);
     QFETCH(bool, fully);
     QFETCH(QRectF, expected);
-    const QList<QScreen *> screens = QGuiApplication::screens();
-    QCOMPARE(screens.size(), 2);
-    const QScreen *screen = nullptr;
-    if (screenIndex >= 0) {
-        for (const QScreen *candidate : screens) {
-            if (candidate->geometry().x() == (screenIndex == 0 ? 0 : 1000))
-                screen = candidate;
-        }
-    }
+    QCOMPARE(QGuiApplication::screens().size(), 2);
+    const QPoint corners[] = {QPoint(0, 0), QPoint(1000, 0)};
+    const QScreen *screen = screenIndex >= 0 ? QGuiApplication::screenAt(corners[screenIndex]) : nullptr;
     QCOMPARE(ConstrainFrameRectToScreen_ZL(screen, fully, frame), expected);
 }
 
@@ -181,18 +174,16 @@ void tst_WindowHelpers::alert()
     QVERIFY(alert);
     QVERIFY(!alert->isVisible());
     QCOMPARE(alert->icon(), QMessageBox::Critical);
-    QCOMPARE(alert->text(), shortText.isNull() ? QStringLiteral("") : shortText);
-    QCOMPARE(alert->informativeText(), longText.isNull() ? QStringLiteral("") : longText);
+    QCOMPARE(alert->text(), shortText);
+    QCOMPARE(alert->informativeText(), longText);
     QCOMPARE(alert->parentWidget(), parented ? parent.get() : nullptr);
     // A parented alert goes with its parent, and nothing else deletes it again.
     parent.reset();
     QCOMPARE(alert.isNull(), parented);
-}
 
-void tst_WindowHelpers::alertNeedsItsParent()
-{
+    // The parented form needs its parent.
     StreamCapture errors(stderr);
-    QCOMPARE(f_alertWithShortText(QStringLiteral("Hi"), QString(), QMessageBox::Warning, nullptr), nullptr);
+    QCOMPARE(f_alertWithShortText(shortText, longText, QMessageBox::Warning, nullptr), nullptr);
     QVERIFY(errors.text().contains("parent != nullptr"));
 }
 
@@ -201,18 +192,14 @@ void tst_WindowHelpers::frameAccessors()
     QWidget parent;
     auto *view = new QWidget(&parent);
     view->setGeometry(10, 20, 30, 40);
-    QCOMPARE(p_originX(view), 10.0);
-    QCOMPARE(p_originY(view), 20.0);
-    QCOMPARE(p_width(view), 30.0);
-    QCOMPARE(p_height(view), 40.0);
+    QCOMPARE(QRectF(p_originX(view), p_originY(view), p_width(view), p_height(view)), QRectF(10, 20, 30, 40));
     setP_width(view, 55);
     setP_height(view, 66.4);
     setP_originX(view, 7);
     setP_originY(view, 8);
     QCOMPARE(view->geometry(), QRect(7, 8, 55, 66));
 
-    QCOMPARE(p_width(nullptr), 0.0);
-    QCOMPARE(p_originY(nullptr), 0.0);
+    QCOMPARE(QRectF(p_originX(nullptr), p_originY(nullptr), p_width(nullptr), p_height(nullptr)), QRectF());
     setP_width(nullptr, 12); // ignored, as a message to nobody
 }
 
