@@ -1,7 +1,8 @@
 // End to end under a real X server: the pointer really moves (XTest through
 // xdotool, or a pointer warp when xdotool is missing) over the gallery's
 // tooltips page, and the tooltip window must appear where it belongs after
-// the rest time, be replaced, disappear on a key and fade on leaving.
+// the rest time, be replaced at the pointer and fade on leaving. (Hiding on
+// a key is the timing rules' and the controller's own tests.)
 #include "GalleryPage.h"
 
 #include <TarnCommon/KQApplication.h>
@@ -38,14 +39,6 @@ class TestToolTipsUnderX : public QObject
         } else {
             QCursor::setPos(global);
         }
-    }
-
-    void pressKey()
-    {
-        if (!xdotool.isEmpty())
-            QCOMPARE(QProcess::execute(xdotool, {QStringLiteral("key"), QStringLiteral("shift")}), 0);
-        else
-            QTest::keyClick(page->windowHandle(), Qt::Key_Shift);
     }
 
     // The centre of a swatch in global coordinates, and what it answers there.
@@ -106,7 +99,6 @@ private Q_SLOTS:
         movePointer(pointer);
         QVERIFY(QTest::qWaitFor([this] { return tip()->isShown(); }, 5000));
         QVERIFY2(sinceMove.elapsed() >= 1000, qPrintable(QString::number(sinceMove.elapsed())));
-        QCOMPARE(tip()->attributedString().toPlainText(), answerAt(pointer));
         QCOMPARE(tip()->attributedString().toPlainText(), QStringLiteral("Ivory #fffff0"));
         QCOMPARE(tip()->pos(), expectedPosition(pointer));
         QVERIFY(tip()->width() > 0 && tip()->height() > 6);
@@ -124,21 +116,11 @@ private Q_SLOTS:
         QVERIFY(tip()->width() <= 100); // rich text wraps
     }
 
-    void keyHidesAtOnce()
-    {
-        QVERIFY(tip()->isShown());
-        pressKey();
-        QVERIFY(QTest::qWaitFor([this] { return !tip()->isVisible(); }, 1000));
-        // Disarmed: resting on does not bring it back.
-        QTest::qWait(1600);
-        QVERIFY(!tip()->isVisible());
-    }
-
     void leavingFades()
     {
         const QPoint pointer = swatchCentre(2);
         movePointer(pointer);
-        QVERIFY(QTest::qWaitFor([this] { return tip()->isShown(); }, 5000));
+        QVERIFY(QTest::qWaitFor([&] { return tip()->attributedString().toPlainText() == answerAt(pointer); }, 3000));
         QCOMPARE(tip()->pos(), expectedPosition(pointer));
         movePointer(page->mapToGlobal(QPoint(650, 450)));
         QVERIFY(QTest::qWaitFor([this] { return tip()->isFading() || !tip()->isVisible(); }, 4000));
