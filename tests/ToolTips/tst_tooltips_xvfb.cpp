@@ -9,13 +9,11 @@
 #include <TarnCommon/KQSettings.h>
 #include <TarnCommon/ToolTipController_ZL.h>
 #include <TarnCommon/ToolTipWindow_ZL.h>
-#include <TarnCommon/ToolTipping_ZL.h>
 
 #include <QtCore/QElapsedTimer>
 #include <QtCore/QProcess>
 #include <QtCore/QStandardPaths>
 #include <QtGui/QCursor>
-#include <QtGui/QTextDocumentFragment>
 #include <QtTest/QTest>
 
 #include <memory>
@@ -41,21 +39,12 @@ class TestToolTipsUnderX : public QObject
         }
     }
 
-    // The centre of a swatch in global coordinates, and what it answers there.
+    // The centre of a swatch in global coordinates.
     QPoint swatchCentre(int index) const
     {
         const int cell = 64, gap = 12, columns = 4;
         const QPoint local(gap + (index % columns) * cell + (cell - gap) / 2, gap + (index / columns) * cell + (cell - gap) / 2);
         return grid->mapToGlobal(local);
-    }
-
-    QString answerAt(QPoint global) const
-    {
-        bool wrap = true;
-        const QVariant answer = qobject_cast<ToolTipping_ZL *>(grid)->toolTipAtPoint(grid->mapFromGlobal(global), &wrap);
-        return answer.canConvert<QTextDocumentFragment>() && answer.metaType() != QMetaType::fromType<QString>()
-                   ? answer.value<QTextDocumentFragment>().toPlainText()
-                   : answer.toString();
     }
 
     // The window's top 5 under the standard arrow, 16 tall with its hot
@@ -109,9 +98,9 @@ private Q_SLOTS:
         QVERIFY(tip()->isShown());
         const QPoint pointer = swatchCentre(1) + QPoint(3, 2);
         movePointer(pointer);
-        QVERIFY(QTest::qWaitFor([&] { return tip()->attributedString().toPlainText() == answerAt(pointer); }, 3000));
+        // Rich text: its name in bold, a coloured square, the code and a note.
+        QVERIFY(QTest::qWaitFor([this] { return tip()->attributedString().toPlainText().startsWith(QStringLiteral("Saffron ")); }, 3000));
         QVERIFY(tip()->isShown());
-        QVERIFY(tip()->attributedString().toPlainText().startsWith(QStringLiteral("Saffron")));
         QCOMPARE(tip()->pos(), expectedPosition(pointer));
         QVERIFY(tip()->width() <= 100); // rich text wraps
     }
@@ -120,7 +109,7 @@ private Q_SLOTS:
     {
         const QPoint pointer = swatchCentre(2);
         movePointer(pointer);
-        QVERIFY(QTest::qWaitFor([&] { return tip()->attributedString().toPlainText() == answerAt(pointer); }, 3000));
+        QVERIFY(QTest::qWaitFor([this] { return tip()->attributedString().toPlainText() == QStringLiteral("Vermilion #e34234"); }, 3000));
         QCOMPARE(tip()->pos(), expectedPosition(pointer));
         movePointer(page->mapToGlobal(QPoint(650, 450)));
         QVERIFY(QTest::qWaitFor([this] { return tip()->isFading() || !tip()->isVisible(); }, 4000));
