@@ -1,20 +1,19 @@
 // End to end under a real X server: the pointer really moves (XTest through
 // xdotool, or a pointer warp when xdotool is missing) over the gallery's
 // tooltips page, and the tooltip window must appear where it belongs after
-// the rest time, be replaced, disappear on a key and fade on leaving.
+// the rest time, be replaced at the pointer and fade on leaving. (Hiding on
+// a key is the timing rules' and the controller's own tests.)
 #include "GalleryPage.h"
 
 #include <TarnCommon/KQApplication.h>
 #include <TarnCommon/KQSettings.h>
 #include <TarnCommon/ToolTipController_ZL.h>
 #include <TarnCommon/ToolTipWindow_ZL.h>
-#include <TarnCommon/ToolTipping_ZL.h>
 
 #include <QtCore/QElapsedTimer>
 #include <QtCore/QProcess>
 #include <QtCore/QStandardPaths>
 #include <QtGui/QCursor>
-#include <QtGui/QTextDocumentFragment>
 #include <QtTest/QTest>
 
 #include <memory>
@@ -40,29 +39,12 @@ class TestToolTipsUnderX : public QObject
         }
     }
 
-    void pressKey()
-    {
-        if (!xdotool.isEmpty())
-            QCOMPARE(QProcess::execute(xdotool, {QStringLiteral("key"), QStringLiteral("shift")}), 0);
-        else
-            QTest::keyClick(page->windowHandle(), Qt::Key_Shift);
-    }
-
-    // The centre of a swatch in global coordinates, and what it answers there.
+    // The centre of a swatch in global coordinates.
     QPoint swatchCentre(int index) const
     {
         const int cell = 64, gap = 12, columns = 4;
         const QPoint local(gap + (index % columns) * cell + (cell - gap) / 2, gap + (index / columns) * cell + (cell - gap) / 2);
         return grid->mapToGlobal(local);
-    }
-
-    QString answerAt(QPoint global) const
-    {
-        bool wrap = true;
-        const QVariant answer = qobject_cast<ToolTipping_ZL *>(grid)->toolTipAtPoint(grid->mapFromGlobal(global), &wrap);
-        return answer.canConvert<QTextDocumentFragment>() && answer.metaType() != QMetaType::fromType<QString>()
-                   ? answer.value<QTextDocumentFragment>().toPlainText()
-                   : answer.toString();
     }
 
     // The window's top 5 under the standard arrow, 16 tall with its hot
@@ -106,7 +88,6 @@ private Q_SLOTS:
         movePointer(pointer);
         QVERIFY(QTest::qWaitFor([this] { return tip()->isShown(); }, 5000));
         QVERIFY2(sinceMove.elapsed() >= 1000, qPrintable(QString::number(sinceMove.elapsed())));
-        QCOMPARE(tip()->attributedString().toPlainText(), answerAt(pointer));
         QCOMPARE(tip()->attributedString().toPlainText(), QStringLiteral("Ivory #fffff0"));
         QCOMPARE(tip()->pos(), expectedPosition(pointer));
         QVERIFY(tip()->width() > 0 && tip()->height() > 6);
@@ -117,28 +98,18 @@ private Q_SLOTS:
         QVERIFY(tip()->isShown());
         const QPoint pointer = swatchCentre(1) + QPoint(3, 2);
         movePointer(pointer);
-        QVERIFY(QTest::qWaitFor([&] { return tip()->attributedString().toPlainText() == answerAt(pointer); }, 3000));
+        // Rich text: its name in bold, a coloured square, the code and a note.
+        QVERIFY(QTest::qWaitFor([this] { return tip()->attributedString().toPlainText().startsWith(QStringLiteral("Saffron ")); }, 3000));
         QVERIFY(tip()->isShown());
-        QVERIFY(tip()->attributedString().toPlainText().startsWith(QStringLiteral("Saffron")));
         QCOMPARE(tip()->pos(), expectedPosition(pointer));
         QVERIFY(tip()->width() <= 100); // rich text wraps
-    }
-
-    void keyHidesAtOnce()
-    {
-        QVERIFY(tip()->isShown());
-        pressKey();
-        QVERIFY(QTest::qWaitFor([this] { return !tip()->isVisible(); }, 1000));
-        // Disarmed: resting on does not bring it back.
-        QTest::qWait(1600);
-        QVERIFY(!tip()->isVisible());
     }
 
     void leavingFades()
     {
         const QPoint pointer = swatchCentre(2);
         movePointer(pointer);
-        QVERIFY(QTest::qWaitFor([this] { return tip()->isShown(); }, 5000));
+        QVERIFY(QTest::qWaitFor([this] { return tip()->attributedString().toPlainText() == QStringLiteral("Vermilion #e34234"); }, 3000));
         QCOMPARE(tip()->pos(), expectedPosition(pointer));
         movePointer(page->mapToGlobal(QPoint(650, 450)));
         QVERIFY(QTest::qWaitFor([this] { return tip()->isFading() || !tip()->isVisible(); }, 4000));
