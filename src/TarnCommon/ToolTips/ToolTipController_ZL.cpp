@@ -64,15 +64,29 @@ public:
     ToolTipTiming_ZL timing_;
 };
 
+namespace {
+
+QPointer<ToolTipController_ZL> s_sharedController;
+
+// Children of qApp die only after ~QApplication has torn the widget system
+// down, too late for the tooltip window. Post routines run at the start of
+// ~QApplication, while widgets can still be destroyed.
+void destroySharedController()
+{
+    delete s_sharedController.data();
+}
+
+} // namespace
+
 ToolTipController_ZL *ToolTipController_ZL::sharedToolTipController()
 {
-    static QPointer<ToolTipController_ZL> shared;
-    if (!shared) {
+    if (!s_sharedController) {
         KQAssert(QCoreApplication::instance() != nullptr, nullptr);
-        shared = new ToolTipController_ZL(QCoreApplication::instance());
-        shared->setObjectName(QStringLiteral("sharedToolTipController"));
+        s_sharedController = new ToolTipController_ZL(QCoreApplication::instance());
+        s_sharedController->setObjectName(QStringLiteral("sharedToolTipController"));
+        qAddPostRoutine(&destroySharedController);
     }
-    return shared;
+    return s_sharedController;
 }
 
 ToolTipController_ZL::ToolTipController_ZL(QObject *parent)
