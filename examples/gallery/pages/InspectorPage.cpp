@@ -202,41 +202,44 @@ struct DocumentWindows
     QPointer<QWidget> scratch;
 };
 
+// A top-level document window showing content; a file path gives it the
+// document icon the empty mode shows.
+QWidget *makeDocumentWindow(QWidget *page, const QString &title, const QString &filePath, QRect geometry)
+{
+    auto *window = new QWidget(page, Qt::Window);
+    window->setWindowTitle(title);
+    if (!filePath.isEmpty()) {
+        window->setWindowFilePath(filePath);
+        window->setWindowIcon(window->style()->standardIcon(QStyle::SP_FileIcon));
+    }
+    new QVBoxLayout(window);
+    window->setGeometry(geometry);
+    return window;
+}
+
 DocumentWindows makeWindows(QWidget *page)
 {
     DocumentWindows windows;
 
-    auto *notes = new QWidget(page, Qt::Window);
-    notes->setWindowTitle(QObject::tr("Notes.txt"));
-    notes->setWindowFilePath(QStringLiteral("/home/user/Notes.txt"));
-    notes->setWindowIcon(notes->style()->standardIcon(QStyle::SP_FileIcon));
-    auto *editor = new QPlainTextEdit(notes);
+    windows.notes = makeDocumentWindow(page, QObject::tr("Notes.txt"), QStringLiteral("/home/user/Notes.txt"),
+                                       QRect(80, 120, 360, 220));
+    auto *editor = new QPlainTextEdit(windows.notes);
     editor->setPlainText(QObject::tr("The inspector follows the focus.\nClick another window and watch it change."));
-    (new QVBoxLayout(notes))->addWidget(editor);
-    notes->resize(360, 220);
-    notes->move(80, 120);
-    new DocumentController(notes, [editor](QObject *parent) { return new TextStatisticsMode(editor, parent); });
-    windows.notes = notes;
+    windows.notes->layout()->addWidget(editor);
+    new DocumentController(windows.notes,
+                           [editor](QObject *parent) { return new TextStatisticsMode(editor, parent); });
 
-    auto *colour = new QWidget(page, Qt::Window);
-    colour->setWindowTitle(QObject::tr("Swatch"));
-    auto *swatch = new Swatch(colour);
-    (new QVBoxLayout(colour))->addWidget(swatch);
-    colour->resize(240, 200);
-    colour->move(470, 120);
-    new DocumentController(colour, [swatch](QObject *parent) { return new ColourMode(swatch, parent); });
-    windows.colour = colour;
+    windows.colour = makeDocumentWindow(page, QObject::tr("Swatch"), QString(), QRect(470, 120, 240, 200));
+    auto *swatch = new Swatch(windows.colour);
+    windows.colour->layout()->addWidget(swatch);
+    new DocumentController(windows.colour, [swatch](QObject *parent) { return new ColourMode(swatch, parent); });
 
-    auto *scratch = new QWidget(page, Qt::Window);
-    scratch->setWindowTitle(QObject::tr("Scratch pad"));
-    scratch->setWindowFilePath(QStringLiteral("/home/user/Scratch pad.txt"));
-    scratch->setWindowIcon(scratch->style()->standardIcon(QStyle::SP_FileIcon));
-    auto *label = new QLabel(QObject::tr("Nothing here drives the inspector:\nit shows its empty mode."), scratch);
+    windows.scratch = makeDocumentWindow(page, QObject::tr("Scratch pad"),
+                                         QStringLiteral("/home/user/Scratch pad.txt"), QRect(200, 380, 260, 140));
+    auto *label = new QLabel(QObject::tr("Nothing here drives the inspector:\nit shows its empty mode."),
+                             windows.scratch);
     label->setAlignment(Qt::AlignCenter);
-    (new QVBoxLayout(scratch))->addWidget(label);
-    scratch->resize(260, 140);
-    scratch->move(200, 380);
-    windows.scratch = scratch;
+    windows.scratch->layout()->addWidget(label);
     return windows;
 }
 
