@@ -19,6 +19,8 @@
 
 #include <memory>
 
+using namespace KQToolTipRules;
+
 namespace {
 
 class Cell : public QWidget, public ToolTipping_ZL

@@ -15,6 +15,8 @@
 
 #include <memory>
 
+using namespace KQToolTipRules;
+
 class TestToolTipHitTesting : public QObject
 {
     Q_OBJECT
