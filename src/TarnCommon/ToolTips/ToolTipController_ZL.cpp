@@ -1,8 +1,8 @@
 #include <TarnCommon/ToolTipController_ZL.h>
+#include <TarnCommon/ToolTipHitTesting_ZL.h>
 #include <TarnCommon/ToolTipWindow_ZL.h>
 
 #include "ToolTipController_ZL_p.h"
-#include "ToolTipHitTesting_ZL_p.h"
 #include "ToolTipTiming_ZL_p.h"
 
 #include <TarnCommon/KQAfterEvent.h>

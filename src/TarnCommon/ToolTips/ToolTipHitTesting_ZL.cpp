@@ -1,3 +1,5 @@
+#include <TarnCommon/ToolTipHitTesting_ZL.h>
+
 #include "ToolTipHitTesting_ZL_p.h"
 
 #include <TarnCommon/KQRectRules.h>

@@ -1,12 +1,15 @@
 #pragma once
 
 #include <TarnCommon/TarnCommonExport.h>
-#include <TarnCommon/ToolTipHitTesting_ZL.h>
+
+#include <QtCore/QPointF>
+
+class QWidget;
 
 namespace KQToolTipRules {
 
-// The default window finder: the window system's top-level window at the
-// point, if it is one of the application's own.
+// The default window finder of ToolTipAtScreenPoint: the window system's
+// top-level window at the point, if it is one of the application's own.
 TARNCOMMON_EXPORT QWidget *ToolTipApplicationWindowAt(QPointF globalPoint);
 
 } // namespace KQToolTipRules
