@@ -9,7 +9,6 @@
 
 class QEvent;
 class QTimer;
-class ToolTipController_ZL;
 class ToolTipControllerPrivate_ZL;
 class ToolTipWindow_ZL;
 namespace KQToolTipRules {
