@@ -195,6 +195,13 @@ void KQCollapsibleListView::limitsChanged()
     // Only hints: Qt applies a minimum or maximum height at once, and the
     // list must not resize itself behind its owner's back.
     const KQHeightLimits limits = listHeightLimits(stackItems(m_collapsableViews));
+    // Told only when the limits move: stacking alone changes the hinted
+    // height too, and a layout asked again after every stacking would feed
+    // the list's own height back into it.
+    if (m_hintedMinHeight == limits.minHeight && m_hintedMaxHeight == limits.maxHeight)
+        return;
+    m_hintedMinHeight = limits.minHeight;
+    m_hintedMaxHeight = limits.maxHeight;
     const QSizePolicy::Policy vertical =
         limits.maxHeight < double(QWIDGETSIZE_MAX) ? QSizePolicy::Maximum : QSizePolicy::Preferred;
     if (sizePolicy().verticalPolicy() != vertical) {

@@ -5,6 +5,8 @@
 #include <QtCore/QList>
 #include <QtCore/QString>
 
+#include <limits>
+
 class KQCollapsibleListView;
 
 // Told when the list takes part in a view's height animation, for example by
@@ -119,6 +121,9 @@ private:
     bool m_blockSubviewLayout = false;
     bool m_widthChangedWhileBlocked = false;
     QSize m_laidOutSize; // the size the last stacking was made for
+    // The limits the size hints last reported (none yet: not a number).
+    double m_hintedMinHeight = std::numeric_limits<double>::quiet_NaN();
+    double m_hintedMaxHeight = std::numeric_limits<double>::quiet_NaN();
     // The view whose animation blocks the layout: if it dies mid-animation
     // its end never comes, so the block is lifted then. Only compared, never
     // followed (it is cleared when that view is destroyed).
