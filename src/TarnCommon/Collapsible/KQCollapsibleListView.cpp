@@ -129,7 +129,8 @@ void KQCollapsibleListView::setFrame(const QRect &frame)
         KQHeightLimits limits;
         getMinHeight(&limits.minHeight, &limits.maxHeight);
         // The minimum wins a conflict.
-        clamped.setHeight(widgetHeight(std::max(limits.minHeight, std::min(double(frame.height()), limits.maxHeight))));
+        const double height = std::max(limits.minHeight, std::min(double(frame.height()), limits.maxHeight));
+        clamped.setHeight(widgetHeight(height));
     }
     applyFrame(clamped);
 }
