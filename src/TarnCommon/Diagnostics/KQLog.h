@@ -72,8 +72,17 @@ struct KQLogObject
 };
 
 // The log text of a format message (format == nullptr: the nil message).
-TARNCOMMON_EXPORT QString _ZLMakeLogStr(const char *file, int64_t line, const char *function,
-                                         const char *format, va_list arguments);
+// Exported under its bare name like the other log routines, though its
+// result is a QString.
+#if defined(__clang__)
+#  pragma clang diagnostic push
+#  pragma clang diagnostic ignored "-Wreturn-type-c-linkage"
+#endif
+extern "C" TARNCOMMON_EXPORT QString _ZLMakeLogStr(const char *file, int64_t line, const char *function,
+                                                    const char *format, va_list arguments);
+#if defined(__clang__)
+#  pragma clang diagnostic pop
+#endif
 TARNCOMMON_EXPORT QString _ZLMakeLogStr(const char *file, int64_t line, const char *function,
                                          const KQLogObject &object);
 TARNCOMMON_EXPORT void _ZLLogWarning(const char *file, int64_t line, const char *function,
