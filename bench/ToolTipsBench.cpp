@@ -1,11 +1,11 @@
 // The tooltip controller's steady costs: one poll's hit test over a window
 // of 10,000 widgets, and what the after-event hook adds to every event.
 #include "ToolTipController_ZL_p.h"
-#include "ToolTipHitTesting_ZL_p.h"
 #include "ToolTipTiming_ZL_p.h"
 
 #include <TarnCommon/KQAfterEvent.h>
 #include <TarnCommon/ToolTipController_ZL.h>
+#include <TarnCommon/ToolTipHitTesting_ZL.h>
 #include <TarnCommon/ToolTipping_ZL.h>
 
 #include <QtGui/QMouseEvent>
@@ -18,6 +18,8 @@
 #include <benchmark/benchmark.h>
 
 #include <memory>
+
+using namespace KQToolTipRules;
 
 namespace {
 

@@ -10,6 +10,7 @@
 #include <QtCore/QFile>
 #include <QtTest/QSignalSpy>
 #include <QtTest/QTest>
+#include <QtWidgets/QLayoutItem>
 #include <QtWidgets/QScrollArea>
 
 #include <memory>
@@ -71,28 +72,129 @@ private Q_SLOTS:
     void initTestCase() { KQSettings::enableTestMode(); }
     void init() { KQSettings::userDefaults()->clear(); }
 
-    void stackingShareSpareHeightInOrder()
+    void stackingPassesWhatAViewCannotTakeToTheNext_data()
     {
-        KQCollapsibleListView list(QRect(0, 0, 100, 300));
-        list.addCollapsableView(makeView(QStringLiteral("A")));
-        list.addCollapsableView(makeView(QStringLiteral("B"), 132));
-        list.addCollapsableView(makeView(QStringLiteral("C"), 32, true));
-        list.collapsableViews().at(0)->setCollapsed(true, false);
-        list.resize(100, 300);
-        list.layoutSubviews();
+        // A collapsed view of 18, a resizable one of 100 that a subclass caps
+        // at 150, and an unlimited resizable one of 50, in a list of this
+        // height (raised to the limits' minimum of 54 when below it).
+        QTest::addColumn<int>("listHeight");
+        QTest::addColumn<QList<int>>("expectedHeights");
+        QTest::newRow("spare beyond the cap goes on") << 300 << QList<int>{18, 150, 132};
+        QTest::newRow("spare within the cap stays") << 200 << QList<int>{18, 132, 50};
+        QTest::newRow("shortfall from the first") << 120 << QList<int>{18, 52, 50};
+        QTest::newRow("below the minimum") << 40 << QList<int>{18, 18, 18};
+    }
 
-        const QList<QRect> expected{{0, 0, 100, 18}, {0, 18, 100, 150}, {0, 168, 100, 132}};
+    void stackingPassesWhatAViewCannotTakeToTheNext()
+    {
+        QFETCH(int, listHeight);
+        QFETCH(QList<int>, expectedHeights);
+        struct CappedView : KQCollapsibleView
+        {
+            using KQCollapsibleView::KQCollapsibleView;
+            double maxHeight() const override { return std::min(KQCollapsibleView::maxHeight(), 150.0); }
+        };
+        auto *cappedContent = new QWidget;
+        cappedContent->resize(100, 100);
+        KQCollapsibleListView list;
+        const QList<KQCollapsibleView *> views{makeView(QString()),
+                                              new CappedView(QString(), cappedContent, true, true),
+                                              makeView(QString(), 50, true)};
+        for (KQCollapsibleView *view : views)
+            list.addCollapsableView(view);
+        views.at(0)->setCollapsed(true, false);
+        views.at(1)->setFrame(QRect(0, 0, 100, 100));
+        views.at(2)->setFrame(QRect(0, 0, 100, 50));
+        QCOMPARE(views.at(1)->property("maxHeight").toDouble(), 150.0);
+
+        list.setFrame(QRect(0, 0, 100, listHeight));
+        int y = 0;
         for (int i = 0; i < 3; ++i) {
-            QCOMPARE(list.collapsableViews().at(i)->geometry(), expected.at(i));
-            QCOMPARE(list.collapsableViews().at(i)->drawTopLine(), i > 0);
+            QCOMPARE(views.at(i)->geometry(), QRect(0, y, 100, expectedHeights.at(i)));
+            QCOMPARE(views.at(i)->drawTopLine(), i > 0);
+            y += expectedHeights.at(i);
         }
-        double minHeight = -1, maxHeight = -1;
-        list.getMinHeight(&minHeight, &maxHeight);
-        QCOMPARE(minHeight, 18.0 + 150.0 + 18.0);
-        QCOMPARE(maxHeight, std::numeric_limits<double>::max());
-        // The list's own height is held within those limits.
-        list.resize(100, 50);
-        QCOMPARE(list.height(), 186);
+        QCOMPARE(list.height(), y);
+    }
+
+    void heightChangesOnlyWhenTheFrameIsSet_data()
+    {
+        // A list framed at 500 (holding fixed views A, B, C of 118 each, or
+        // nothing), shown, then changed; it keeps its height until setFrame
+        // asks for a smaller one.
+        QTest::addColumn<bool>("withViews");
+        QTest::addColumn<int>("change");
+        QTest::addColumn<int>("expectedMinimum");
+        QTest::addColumn<int>("expectedMaximum");
+        QTest::newRow("empty, shown") << false << 0 << 0 << 0;
+        QTest::newRow("fixed views, shown") << true << 0 << 354 << 354;
+        QTest::newRow("fixed views, laid out again") << true << 1 << 354 << 354;
+        QTest::newRow("a view turns resizable") << true << 2 << 254 << int(QWIDGETSIZE_MAX);
+    }
+
+    void heightChangesOnlyWhenTheFrameIsSet()
+    {
+        QFETCH(bool, withViews);
+        QFETCH(int, change);
+        QFETCH(int, expectedMinimum);
+        QFETCH(int, expectedMaximum);
+        QWidget window;
+        const auto list = makeList(withViews ? ABC : QStringList{}, 354);
+        list->setParent(&window);
+        list->resize(100, 500);
+        window.show();
+        if (change == 1)
+            list->layoutSubviews();
+        else if (change == 2)
+            list->collapsableViews().at(1)->setIsHeightResizable(true);
+        QCoreApplication::sendPostedEvents();
+        QCOMPARE(list->height(), 500);
+
+        // What a layout holding the list learns of its limits.
+        const QWidgetItem item(list.get());
+        QCOMPARE(item.minimumSize().height(), expectedMinimum);
+        QCOMPARE(item.maximumSize().height(), expectedMaximum);
+
+        list->setFrame(QRect(0, 0, 100, 10));
+        QCOMPARE(list->height(), expectedMinimum);
+    }
+
+    void framesFollowWhileHidden_data()
+    {
+        QTest::addColumn<bool>("throughSetFrame");
+        QTest::newRow("setFrame") << true;
+        QTest::newRow("QWidget::resize") << false;
+    }
+
+    void framesFollowWhileHidden()
+    {
+        // Built, sized and restored before any window shows: A and C fixed,
+        // B resizable (squeezed to its header while the views were added).
+        QFETCH(bool, throughSetFrame);
+        store(QStringLiteral("hidden"), QStringList{QStringLiteral("B")});
+        KQCollapsibleListView list;
+        list.addCollapsableView(makeView(QStringLiteral("A")));
+        list.addCollapsableView(makeView(QStringLiteral("B"), 100, true));
+        list.addCollapsableView(makeView(QStringLiteral("C")));
+        KQCollapsibleView *b = list.collapsableViews().at(1);
+        if (throughSetFrame) {
+            list.setFrame(QRect(0, 0, 100, 500));
+            QCOMPARE(b->height(), 264);
+            QCOMPARE(b->contentView()->height(), 246);
+        } else {
+            list.resize(100, 500);
+        }
+        list.setAutosaveName(QStringLiteral("hidden"));
+        QVERIFY(b->isCollapsed());
+        QCOMPARE(b->height(), 18);
+        QCOMPARE(list.collapsableViews().at(2)->y(), 136);
+        QCOMPARE(list.height(), 254);
+
+        b->setCollapsed(false, false);
+        QCOMPARE(b->height(), 264);
+        QCOMPARE(b->contentView()->geometry(), QRect(0, 18, 100, 246));
+        QCOMPARE(list.collapsableViews().at(2)->y(), 382);
+        QCOMPARE(list.height(), 500);
     }
 
     void layoutLeavesViewsAlone_data()
@@ -246,7 +348,7 @@ private Q_SLOTS:
         QCOMPARE(c->geometry(), QRect(0, 136, 100, 118));
         QCOMPARE(b->height(), 18);
         QCOMPARE(list->height(), 254);
-        QCOMPARE(list->minimumHeight(), 254);
+        QCOMPARE(list->minimumSizeHint().height(), 254);
     }
 
     void save_data()

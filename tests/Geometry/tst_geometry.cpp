@@ -144,6 +144,10 @@ void tst_Geometry::setCorner()
     QFETCH(QRectF, expected);
     const QRectF r = q_RECT_set_corner_to_point(QRectF(10, 10, 20, 20), corner, point);
     QVERIFY2(sameRect(r, expected), describe(r));
+    // The plain-record form, as C callers see it.
+    const KQRect c = q_RECT_set_corner_to_point(KQRect{{10, 10}, {20, 20}}, corner, KQPoint{point.x(), point.y()});
+    const QRectF fromC(c.origin.x, c.origin.y, c.size.width, c.size.height);
+    QVERIFY2(sameRect(fromC, expected), describe(fromC));
 }
 
 void tst_Geometry::normalize_data()
@@ -203,6 +207,9 @@ void tst_Geometry::constrainToLine()
     const QPointF p = KQPointConstrainToLine(clamp, point, start, end);
     QVERIFY2(same(p.x(), expected.x()) && same(p.y(), expected.y()),
              QByteArray::number(p.x()) + "," + QByteArray::number(p.y()));
+    const KQPoint c = KQPointConstrainToLine(clamp, KQPoint{point.x(), point.y()}, KQPoint{start.x(), start.y()},
+                                             KQPoint{end.x(), end.y()});
+    QVERIFY(same(c.x, expected.x()) && same(c.y, expected.y()));
 }
 
 void tst_Geometry::secsIsMonotonic()

@@ -94,9 +94,12 @@ private Q_SLOTS:
     void errorPresentation_data();
     void errorPresentation();
     void ownerDestroyedWhileShown();
+    void modeDestroyedWhileShown_data();
     void modeDestroyedWhileShown();
     void inspectorDestroyedBeforeMode();
     void frameSurvivesRecreation();
+    void frameSavedOnceLeftAlone_data();
+    void frameSavedOnceLeftAlone();
     void sharedInspectorIsOneHiddenWindow();
 };
 
@@ -186,7 +189,15 @@ void tst_InspectorWindow::ownerWithoutModeLeavesInspectorEmpty()
     QCOMPARE(installedViews(inspector.get()), 0);
 }
 
-enum class LookupCase { Normal, InspectorHidden, ApplicationInactive, FileDialog, InspectorItself, NoNotification };
+enum class LookupCase {
+    Normal,
+    InspectorHidden,
+    ApplicationInactive,
+    OpenDialog,
+    SaveDialog,
+    InspectorItself,
+    NoNotification
+};
 Q_DECLARE_METATYPE(LookupCase)
 
 void tst_InspectorWindow::lookupIgnores_data()
@@ -196,7 +207,8 @@ void tst_InspectorWindow::lookupIgnores_data()
     QTest::newRow("a document window") << LookupCase::Normal << true;
     QTest::newRow("inspector hidden") << LookupCase::InspectorHidden << false;
     QTest::newRow("application inactive") << LookupCase::ApplicationInactive << false;
-    QTest::newRow("file dialog") << LookupCase::FileDialog << false;
+    QTest::newRow("open file dialog") << LookupCase::OpenDialog << false;
+    QTest::newRow("save file dialog") << LookupCase::SaveDialog << true;
     QTest::newRow("the inspector itself") << LookupCase::InspectorItself << false;
     QTest::newRow("no notification while hidden") << LookupCase::NoNotification << true;
 }
@@ -224,7 +236,11 @@ void tst_InspectorWindow::lookupIgnores()
         inspector->updateFocusOwner(&document);
         inspector->updateFocusOwner();
         break;
-    case LookupCase::FileDialog:
+    case LookupCase::OpenDialog:
+        inspector->updateFocusOwner(&dialog);
+        break;
+    case LookupCase::SaveDialog:
+        dialog.setAcceptMode(QFileDialog::AcceptSave);
         inspector->updateFocusOwner(&dialog);
         break;
     case LookupCase::InspectorItself:
@@ -596,26 +612,52 @@ void tst_InspectorWindow::ownerDestroyedWhileShown()
     QCOMPARE(inspector->mode(), &keeper.mode);
 }
 
+void tst_InspectorWindow::modeDestroyedWhileShown_data()
+{
+    QTest::addColumn<bool>("ownerGoesToo");
+    QTest::addColumn<QStringList>("afterwards");
+    QTest::newRow("owner makes a new mode")
+        << false << QStringList{"A:willLose", "A:didLose", "A:willGain", "n:willShow", "n:didShow", "A:didGain"};
+    QTest::newRow("owner destroyed with its mode") << true << QStringList{};
+}
+
 void tst_InspectorWindow::modeDestroyedWhileShown()
 {
+    QFETCH(bool, ownerGoesToo);
+    QFETCH(QStringList, afterwards);
     QStringList log;
     auto *mode = new RecordingMode("m", &log);
-    RecordingOwner owner("A", &log, mode);
-    auto inspector = makeShownInspector();
-    inspector->setFocusOwner(&owner);
-    QPointer<QWidget> view = mode->view();
-    delete mode;
-    QVERIFY(view.isNull());
-    QVERIFY(emptyMode(inspector.get()));
-    QCOMPARE(inspector->focusOwner(), &owner);
-    QCOMPARE(installedViews(inspector.get()), 1);
-
-    // The empty mode is the inspector's own: swapped out, it goes.
-    QPointer<KQInspectorMode> empty = inspector->mode();
     RecordingMode next("n", &log);
-    inspector->setMode(&next);
+    QPointer<RecordingOwner> owner = new RecordingOwner("A", &log, mode);
+    DocumentWindow document(owner);
+    auto inspector = makeShownInspector();
+    QVERIFY(activate(&document));
+    inspector->updateFocusOwner(&document);
+    QCOMPARE(inspector->mode(), mode);
+    QPointer<QWidget> view = mode->view();
+
+    log.clear();
+    delete mode;
+    owner->setMode(&next);
+    if (ownerGoesToo)
+        delete owner.data();
+    // At once: no blank window, and the owner no longer stands behind it.
+    QVERIFY(view.isNull());
+    QPointer<KQInspectorMode> empty = inspector->mode();
+    QVERIFY(emptyMode(inspector.get()));
+    QCOMPARE(installedViews(inspector.get()), 1);
+    QCOMPARE(inspector->focusOwner(), nullptr);
+
+    // Once the destruction is over, a living owner hears of its loss and,
+    // its window having the focus, is asked again.
+    QCoreApplication::sendPostedEvents();
+    QCOMPARE(log, afterwards);
+    QCOMPARE(inspector->focusOwner(), owner.data());
+    QCOMPARE(inspector->mode() == &next, !ownerGoesToo);
+    // The empty mode is the inspector's own: swapped out, it goes.
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-    QVERIFY(empty.isNull());
+    QCOMPARE(empty.isNull(), !ownerGoesToo);
+    delete owner.data();
 }
 
 void tst_InspectorWindow::inspectorDestroyedBeforeMode()
@@ -640,7 +682,7 @@ void tst_InspectorWindow::frameSurvivesRecreation()
         first.setFrameAutosaveName(key);
         first.show();
         first.setGeometry(frame);
-        QCoreApplication::processEvents(); // the save is coalesced to the next turn
+        QCoreApplication::processEvents();
     }
     KQInspectorWindow second;
     QVERIFY(second.geometry() != frame);
@@ -656,6 +698,63 @@ void tst_InspectorWindow::frameSurvivesRecreation()
     third.setFrameAutosaveName(key);
     QCOMPARE(third.geometry().size(), frame.size());
     QVERIFY(QGuiApplication::screenAt(third.geometry().center()));
+}
+
+enum class SaveTrigger { None, QuietPeriod, Hiding, Quitting };
+Q_DECLARE_METATYPE(SaveTrigger)
+
+void tst_InspectorWindow::frameSavedOnceLeftAlone_data()
+{
+    QTest::addColumn<double>("stillFor");
+    QTest::addColumn<SaveTrigger>("trigger");
+    QTest::addColumn<bool>("saved");
+    QTest::newRow("still dragging") << 0.4 << SaveTrigger::None << false;
+    QTest::newRow("left alone") << KQInspectorWindow::frameSaveQuietPeriod << SaveTrigger::QuietPeriod << true;
+    QTest::newRow("hidden mid-drag") << 0.1 << SaveTrigger::Hiding << true;
+    QTest::newRow("application quits mid-drag") << 0.1 << SaveTrigger::Quitting << true;
+}
+
+void tst_InspectorWindow::frameSavedOnceLeftAlone()
+{
+    QFETCH(double, stillFor);
+    QFETCH(SaveTrigger, trigger);
+    QFETCH(bool, saved);
+    const QString key = QStringLiteral("tst.inspector.drag");
+    KQSettings::userDefaults()->remove(key);
+    double now = 100;
+    KQInspectorWindow inspector;
+    inspector.setClock([&now] { return now; });
+    inspector.setFrameAutosaveName(key);
+    inspector.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&inspector));
+    QCoreApplication::processEvents();
+    KQSettings::userDefaults()->remove(key);
+
+    // A drag: a new position every 0.1 s, none of them saved yet.
+    for (int step = 1; step <= 5; ++step) {
+        now += 0.1;
+        inspector.move(QPoint(100 + 10 * step, 150));
+        QCoreApplication::processEvents();
+        inspector.poll();
+    }
+    QVERIFY(inspector.hasUnsavedFrame());
+    QVERIFY(!KQSettings::userDefaults()->contains(key));
+
+    now += stillFor;
+    switch (trigger) {
+    case SaveTrigger::None:
+    case SaveTrigger::QuietPeriod:
+        inspector.poll();
+        break;
+    case SaveTrigger::Hiding:
+        inspector.hide();
+        break;
+    case SaveTrigger::Quitting:
+        QVERIFY(QMetaObject::invokeMethod(QCoreApplication::instance(), "aboutToQuit", Qt::DirectConnection));
+        break;
+    }
+    QCOMPARE(inspector.hasUnsavedFrame(), !saved);
+    QCOMPARE(KQSettings::userDefaults()->value(key).toByteArray(), saved ? inspector.saveGeometry() : QByteArray());
 }
 
 void tst_InspectorWindow::sharedInspectorIsOneHiddenWindow()

@@ -17,6 +17,8 @@
 
 #include <memory>
 
+using namespace KQToolTipRules;
+
 class TestToolTipController : public QObject
 {
     Q_OBJECT
@@ -138,6 +140,51 @@ private Q_SLOTS:
         QVERIFY(tip()->isShown());
         QCOMPARE(tip()->attributedString().toPlainText(), QStringLiteral("chart 70,60"));
         QVERIFY(ToolTipControllerTimer(controller.get())->isActive());
+    }
+
+    // The window hidden behind the rules' back (with the application, or by
+    // a plain widget hide): the same answer comes back after the next rest.
+    void hiddenElsewhereShowsAgain_data()
+    {
+        QTest::addColumn<bool>("deactivate");
+        QTest::newRow("application deactivated and back") << true;
+        QTest::newRow("window hidden as a widget") << false;
+    }
+    void hiddenElsewhereShowsAgain()
+    {
+        QFETCH(bool, deactivate);
+        QTest::mouseMove(window.get(), QPoint(50, 61));
+        poll(1.0);
+        QVERIFY(tip()->isShown());
+        if (deactivate) {
+            Q_EMIT qApp->applicationStateChanged(Qt::ApplicationInactive);
+            QVERIFY(!tip()->isVisible());
+            Q_EMIT qApp->applicationStateChanged(Qt::ApplicationActive);
+        } else {
+            tip()->QWidget::hide();
+        }
+        QTest::mouseMove(window.get(), QPoint(50, 60));
+        poll(1.0);
+        QVERIFY(tip()->isShown());
+        QCOMPARE(tip()->attributedString().toPlainText(), QStringLiteral("chart 50,60"));
+    }
+
+    // What an application's own test does: its clock, the real pointer,
+    // polls on demand; nothing from inside the library.
+    void applicationTestDrivesItsClock()
+    {
+        double clock = 5.0;
+        ToolTipController_ZL own;
+        own.setClock([&clock] { return clock; });
+        own.startup();
+        QTest::mouseMove(chart, QPoint(30, 40));
+        clock += 0.9;
+        own.poll();
+        QVERIFY(!own.toolTipWindow()->isVisible());
+        clock += 0.1;
+        own.poll();
+        QVERIFY(own.toolTipWindow()->isShown());
+        QCOMPARE(own.toolTipWindow()->attributedString().toPlainText(), QStringLiteral("chart 30,40"));
     }
 
     void nullNotificationIsReported()

@@ -5,6 +5,7 @@
 #include "ToolTipHitTesting_ZL_p.h"
 
 #include <TarnCommon/KQSettings.h>
+#include <TarnCommon/ToolTipHitTesting_ZL.h>
 
 #include <QtTest/QTest>
 #include <QtWidgets/QDockWidget>
@@ -14,6 +15,8 @@
 #include <QtWidgets/QToolBar>
 
 #include <memory>
+
+using namespace KQToolTipRules;
 
 class TestToolTipHitTesting : public QObject
 {

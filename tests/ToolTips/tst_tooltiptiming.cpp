@@ -11,6 +11,8 @@
 
 #include <memory>
 
+using namespace KQToolTipRules;
+
 namespace {
 
 // Logs what the rules do to the window: "set:Text" ("set~:" unwrapped),
@@ -32,10 +34,10 @@ private:
     const double &m_now;
 };
 
-std::unique_ptr<QEvent> makeEvent(QEvent::Type type, Qt::MouseButtons held = Qt::NoButton)
+std::unique_ptr<QEvent> makeEvent(QEvent::Type type, Qt::MouseButtons held = Qt::NoButton, int key = Qt::Key_A)
 {
     if (type == QEvent::KeyPress || type == QEvent::KeyRelease)
-        return std::make_unique<QKeyEvent>(type, Qt::Key_A, Qt::NoModifier);
+        return std::make_unique<QKeyEvent>(type, key, Qt::NoModifier);
     if (type == QEvent::Leave)
         return std::make_unique<QEvent>(type);
     return std::make_unique<QMouseEvent>(type, QPointF(1, 1), QPointF(1, 1), Qt::LeftButton, held, Qt::NoModifier);
@@ -150,9 +152,10 @@ private Q_SLOTS:
     void eventTable_data()
     {
         QTest::addColumn<int>("type");
-        QTest::addColumn<int>("buttons"); // held, for moves
+        QTest::addColumn<int>("buttons"); // held, for moves; the key, for keys
         QTest::addColumn<QString>("effect");
         const int none = Qt::NoButton;
+        const int a = Qt::Key_A;
         QTest::newRow("left/right/other down") << int(QEvent::MouseButtonPress) << none << "-hide";
         QTest::newRow("double click") << int(QEvent::MouseButtonDblClick) << none << "-hide";
         QTest::newRow("button up") << int(QEvent::MouseButtonRelease) << none << "+hide";
@@ -161,8 +164,13 @@ private Q_SLOTS:
         QTest::newRow("right dragged") << int(QEvent::MouseMove) << int(Qt::RightButton) << "-hide";
         QTest::newRow("other dragged") << int(QEvent::MouseMove) << int(Qt::MiddleButton) << "-hide";
         QTest::newRow("title bar move") << int(QEvent::NonClientAreaMouseMove) << none << "+";
-        QTest::newRow("key down") << int(QEvent::KeyPress) << none << "-hide";
-        QTest::newRow("key up") << int(QEvent::KeyRelease) << none << "-hide";
+        QTest::newRow("key down") << int(QEvent::KeyPress) << a << "-hide";
+        QTest::newRow("key up") << int(QEvent::KeyRelease) << a << "-hide";
+        // A modifier on its own only changes the flags.
+        QTest::newRow("Shift down") << int(QEvent::KeyPress) << int(Qt::Key_Shift) << "=";
+        QTest::newRow("Control up") << int(QEvent::KeyRelease) << int(Qt::Key_Control) << "=";
+        QTest::newRow("Alt down") << int(QEvent::KeyPress) << int(Qt::Key_Alt) << "=";
+        QTest::newRow("Meta down") << int(QEvent::KeyPress) << int(Qt::Key_Meta) << "=";
         QTest::newRow("wheel, crossing, anything else") << int(QEvent::Leave) << none << "=";
     }
     void eventTable()
@@ -170,7 +178,7 @@ private Q_SLOTS:
         QFETCH(int, type);
         QFETCH(int, buttons);
         QFETCH(QString, effect);
-        const ToolTipEventEffect_ZL result = ToolTipEventEffect(makeEvent(QEvent::Type(type), Qt::MouseButtons(buttons)).get());
+        const ToolTipEventEffect_ZL result = ToolTipEventEffect(makeEvent(QEvent::Type(type), Qt::MouseButtons(buttons), buttons).get());
         const QString got = QLatin1String("=+-").mid(int(result.readiness), 1) + (result.hidesAtOnce ? "hide" : "");
         QCOMPARE(got, effect);
     }

@@ -14,6 +14,8 @@
 
 #include <cmath>
 
+using namespace KQToolTipRules;
+
 class TestToolTipWindow : public QObject
 {
     Q_OBJECT
@@ -98,31 +100,62 @@ private Q_SLOTS:
         QCOMPARE(output.text().contains(expected), !onScreen);
     }
 
+    // How far the cursor reaches below the pointer: a bitmap's image and
+    // hot spot, or a standard shape of the theme's size held at its hot spot.
     void cursorReach_data()
     {
         QTest::addColumn<int>("height"); // 0: a standard shape
         QTest::addColumn<int>("hotSpotY");
+        QTest::addColumn<int>("shape");
         QTest::addColumn<QByteArray>("xcursorSize");
         QTest::addColumn<double>("below");
-        QTest::newRow("image, hot spot at the top") << 32 << 0 << QByteArray() << 32.0;
-        QTest::newRow("image, hot spot centred") << 24 << 12 << QByteArray() << 12.0;
-        QTest::newRow("standard arrow") << 0 << 0 << QByteArray() << 16.0;
-        QTest::newRow("standard arrow, sized") << 0 << 0 << QByteArray("24") << 24.0;
+        const int arrow = Qt::ArrowCursor;
+        QTest::newRow("image, hot spot at the top") << 32 << 0 << arrow << QByteArray() << 32.0;
+        QTest::newRow("image, hot spot centred") << 24 << 12 << arrow << QByteArray() << 12.0;
+        QTest::newRow("standard arrow") << 0 << 0 << arrow << QByteArray() << 16.0;
+        QTest::newRow("standard arrow, sized") << 0 << 0 << arrow << QByteArray("24") << 24.0;
+        QTest::newRow("I-beam, held in its middle") << 0 << 0 << int(Qt::IBeamCursor) << QByteArray("32") << 16.0;
+        QTest::newRow("pointing hand") << 0 << 0 << int(Qt::PointingHandCursor) << QByteArray("32") << 32.0;
+        QTest::newRow("blank") << 0 << 0 << int(Qt::BlankCursor) << QByteArray("32") << 0.0;
     }
     void cursorReach()
     {
         QFETCH(int, height);
         QFETCH(int, hotSpotY);
+        QFETCH(int, shape);
         QFETCH(QByteArray, xcursorSize);
         QFETCH(double, below);
         QPixmap image(16, qMax(height, 1));
         image.fill(Qt::black);
-        QGuiApplication::setOverrideCursor(height ? QCursor(image, 0, hotSpotY) : QCursor(Qt::ArrowCursor));
+        QGuiApplication::setOverrideCursor(height ? QCursor(image, 0, hotSpotY) : QCursor(Qt::CursorShape(shape)));
         qputenv("XCURSOR_SIZE", xcursorSize);
         const double reach = ToolTipCursorReachBelowHotSpot();
         qunsetenv("XCURSOR_SIZE");
         QGuiApplication::restoreOverrideCursor();
         QCOMPARE(reach, below);
+    }
+
+    // The cursor theme's size as X finds it.
+    void cursorThemeSize_data()
+    {
+        QTest::addColumn<QByteArray>("xcursorSize");
+        QTest::addColumn<QByteArray>("resources");
+        QTest::addColumn<int>("screenPixels");
+        QTest::addColumn<int>("size");
+        const QByteArray sized("Xft.antialias:\t1\nXcursor.size:\t48\nXft.dpi:\t96\n");
+        QTest::newRow("the environment first") << QByteArray("24") << sized << 1080 << 24;
+        QTest::newRow("then the resource") << QByteArray() << sized << 1080 << 48;
+        QTest::newRow("then the font resolution") << QByteArray() << QByteArray("Xft.dpi: 144\n") << 1080 << 32;
+        QTest::newRow("then the screen") << QByteArray("junk") << QByteArray("Xcursor.theme: Adwaita\n") << 1080 << 22;
+        QTest::newRow("nothing known") << QByteArray() << QByteArray() << 0 << 16;
+    }
+    void cursorThemeSize()
+    {
+        QFETCH(QByteArray, xcursorSize);
+        QFETCH(QByteArray, resources);
+        QFETCH(int, screenPixels);
+        QFETCH(int, size);
+        QCOMPARE(ToolTipCursorThemeSize(xcursorSize, resources, screenPixels), size);
     }
 
     // Qt global coordinates: the primary screen is 1000 x 700 at (0, 0).

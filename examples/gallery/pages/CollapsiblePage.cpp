@@ -103,12 +103,10 @@ QWidget *createCollapsiblePage()
     // their natural heights before the list is stacked at full height.
     int naturalHeight = 0;
     for (const auto &[view, natural] : naturalHeights) {
-        view->resize(view->width(), natural);
-        view->layoutSubviews();
+        view->setFrame(QRect(view->pos(), QSize(view->width(), natural)));
         naturalHeight += natural;
     }
-    list->resize(PanelWidth, naturalHeight);
-    list->layoutSubviews();
+    list->setFrame(QRect(0, 0, PanelWidth, naturalHeight));
     list->setAutosaveName(AutosaveName);
 
     QScrollArea *scrollArea = ZLWrapVerticalScrollViewAroundView(list);
@@ -130,12 +128,12 @@ QWidget *createCollapsiblePage()
             if (!view || (view->isHidden() && view->testAttribute(Qt::WA_WState_ExplicitShowHide)))
                 continue;
             if (view->isHeightResizable() && !view->isCollapsed())
-                view->resize(view->width(), natural);
+                view->setFrame(QRect(view->pos(), QSize(view->width(), natural)));
             floor += view->height();
         }
-        // The width follows the scroll area by itself.
-        list->resize(list->width(), std::max(scrollArea->viewport()->height(), floor));
-        list->layoutSubviews();
+        // The width follows the scroll area by itself; the list keeps its
+        // height within what its sections allow.
+        list->setFrame(QRect(list->pos(), QSize(list->width(), std::max(scrollArea->viewport()->height(), floor))));
     };
     // After a collapse or expansion, once its animation is over.
     QObject::connect(list, &KQCollapsibleListView::layoutBlockedChanged, page, [fitToViewport](bool blocked) {

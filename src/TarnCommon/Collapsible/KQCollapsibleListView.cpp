@@ -50,7 +50,7 @@ KQCollapsibleListView::KQCollapsibleListView(const QRect &frame, QWidget *parent
     : QWidget(parent)
     , m_delegate(std::make_unique<KQGuardedDelegate<KQCollapsibleListViewDelegate>>())
 {
-    setGeometry(frame);
+    applyFrame(frame);
 }
 
 KQCollapsibleListView::~KQCollapsibleListView()
@@ -98,7 +98,7 @@ void KQCollapsibleListView::addCollapsableView(KQCollapsibleView *collapsableVie
     kq_adoptWidget(this, collapsableView);
     connect(collapsableView, &QObject::destroyed, this, &KQCollapsibleListView::forgetView);
     connect(collapsableView, &KQCollapsibleView::isHeightResizableChanged, this,
-            &KQCollapsibleListView::applyHeightLimits);
+            &KQCollapsibleListView::limitsChanged);
     resizeToFitSubviews();
     layoutSubviews();
 }
@@ -122,10 +122,30 @@ void KQCollapsibleListView::setHiddenForCollapsableView(bool hidden, KQCollapsib
     layoutSubviews();
 }
 
+void KQCollapsibleListView::setFrame(const QRect &frame)
+{
+    QRect clamped = frame;
+    if (!m_blockSubviewLayout) {
+        KQHeightLimits limits;
+        getMinHeight(&limits.minHeight, &limits.maxHeight);
+        // The minimum wins a conflict.
+        const double height = std::max(limits.minHeight, std::min(double(frame.height()), limits.maxHeight));
+        clamped.setHeight(widgetHeight(height));
+    }
+    applyFrame(clamped);
+}
+
+void KQCollapsibleListView::applyFrame(const QRect &frame)
+{
+    setGeometry(frame);
+    layoutSubviews();
+}
+
 void KQCollapsibleListView::layoutSubviews()
 {
     if (m_blockSubviewLayout)
         return;
+    m_laidOutSize = size();
     const std::optional<QList<QRectF>> frames = stackFrames(stackItems(m_collapsableViews), width(), height());
     if (!frames)
         return;
@@ -134,11 +154,11 @@ void KQCollapsibleListView::layoutSubviews()
         KQCollapsibleView *view = m_collapsableViews.at(i);
         if (kq_isExplicitlyHidden(view))
             continue;
-        view->setGeometry(frames->at(i).toRect());
+        view->setFrame(frames->at(i).toRect());
         view->setDrawTopLine(!first);
         first = false;
     }
-    applyHeightLimits();
+    limitsChanged();
 }
 
 void KQCollapsibleListView::resizeToFitSubviews()
@@ -146,20 +166,19 @@ void KQCollapsibleListView::resizeToFitSubviews()
     const QSize size = this->size();
     if (size.width() == 0 && size.height() == 0) {
         KQAssertText("[_collapsableViews count] > 0", !m_collapsableViews.isEmpty());
-        // Limits first: those of an earlier content must not clamp the new size.
-        applyHeightLimits();
-        resize(m_collapsableViews.last()->size());
+        applyFrame(QRect(pos(), m_collapsableViews.last()->size()));
         return;
     }
     KQHeightLimits limits;
     getMinHeight(&limits.minHeight, &limits.maxHeight);
     const double fitted = fittedListHeight(size.height(), limits);
-    applyHeightLimits();
+    limitsChanged();
     if (!(fitted > 0.0))
         return;
     const QSize fittedSize(size.width(), widgetHeight(fitted));
+    // Fitting sets the size only: no clamp, so here the maximum wins.
     if (fittedSize != this->size())
-        resize(fittedSize);
+        applyFrame(QRect(pos(), fittedSize));
 }
 
 void KQCollapsibleListView::getMinHeight(double *minHeight, double *maxHeight) const
@@ -172,25 +191,37 @@ void KQCollapsibleListView::getMinHeight(double *minHeight, double *maxHeight) c
     KQAssertText("minHeight <= maxHeight", limits.minHeight <= limits.maxHeight);
 }
 
-void KQCollapsibleListView::applyHeightLimits()
+void KQCollapsibleListView::limitsChanged()
 {
-    if (m_blockSubviewLayout) {
-        // An animation drives the list through any height.
-        setMinimumHeight(0);
-        setMaximumHeight(QWIDGETSIZE_MAX);
+    // Only hints: Qt applies a minimum or maximum height at once, and the
+    // list must not resize itself behind its owner's back.
+    const KQHeightLimits limits = listHeightLimits(stackItems(m_collapsableViews));
+    // Told only when the limits move: stacking alone changes the hinted
+    // height too, and a layout asked again after every stacking would feed
+    // the list's own height back into it.
+    if (m_hintedMinHeight == limits.minHeight && m_hintedMaxHeight == limits.maxHeight)
         return;
+    m_hintedMinHeight = limits.minHeight;
+    m_hintedMaxHeight = limits.maxHeight;
+    const QSizePolicy::Policy vertical =
+        limits.maxHeight < double(QWIDGETSIZE_MAX) ? QSizePolicy::Maximum : QSizePolicy::Preferred;
+    if (sizePolicy().verticalPolicy() != vertical) {
+        QSizePolicy policy = sizePolicy();
+        policy.setVerticalPolicy(vertical);
+        setSizePolicy(policy); // updates the geometry too
+    } else {
+        updateGeometry();
     }
-    KQHeightLimits limits;
-    getMinHeight(&limits.minHeight, &limits.maxHeight);
-    // Maximum first: setting the minimum last makes it win a conflict.
-    setMaximumHeight(widgetHeight(limits.maxHeight));
-    setMinimumHeight(widgetHeight(limits.minHeight));
 }
 
 void KQCollapsibleListView::loadFromAutosaveName()
 {
     if (m_autosaveName.isNull())
         return;
+    // A frame set while hidden has had no resize event: the views must
+    // stand where the frame puts them before they collapse or expand.
+    if (size() != m_laidOutSize)
+        layoutSubviews();
     bool damaged = false;
     const QStringList titles = storedTitles(KQSettings::userDefaults()->value(m_autosaveName), &damaged);
     if (damaged)
@@ -230,12 +261,20 @@ void KQCollapsibleListView::appWillTerminate()
 
 QSize KQCollapsibleListView::sizeHint() const
 {
-    int height = 0;
+    const KQHeightLimits limits = listHeightLimits(stackItems(m_collapsableViews));
+    if (limits.maxHeight < double(QWIDGETSIZE_MAX))
+        return QSize(width(), widgetHeight(limits.maxHeight));
+    double height = 0.0;
     for (const KQCollapsibleView *view : m_collapsableViews) {
         if (!kq_isExplicitlyHidden(view))
             height += view->height();
     }
-    return QSize(width(), height);
+    return QSize(width(), widgetHeight(std::max(height, limits.minHeight)));
+}
+
+QSize KQCollapsibleListView::minimumSizeHint() const
+{
+    return QSize(0, widgetHeight(listHeightLimits(stackItems(m_collapsableViews)).minHeight));
 }
 
 void KQCollapsibleListView::collapsableViewWillAnimateFromHeight(KQCollapsibleView *view, double fromHeight,
@@ -264,7 +303,8 @@ void KQCollapsibleListView::setLayoutBlocked(bool blocked, const QObject *view)
     const bool changed = blocked != m_blockSubviewLayout;
     m_blockSubviewLayout = blocked;
     m_blockingView = view;
-    applyHeightLimits();
+    if (!blocked)
+        limitsChanged();
     // The animations keep every width, so a new width came from outside
     // (a scroll area following its viewport) and its layout was skipped.
     if (!blocked && m_widthChangedWhileBlocked) {
@@ -288,5 +328,5 @@ void KQCollapsibleListView::forgetView(QObject *view)
     if (m_blockSubviewLayout && m_blockingView == view)
         collapsableViewFinishedAnimations(nullptr, {});
     else
-        applyHeightLimits();
+        limitsChanged();
 }

@@ -5,6 +5,8 @@
 #include <QtCore/QList>
 #include <QtCore/QString>
 
+#include <limits>
+
 class KQCollapsibleListView;
 
 // Told when the list takes part in a view's height animation, for example by
@@ -26,9 +28,12 @@ public:
 // were collapsed. The list is the delegate of every view it holds and
 // becomes their parent.
 //
-// Its own height is kept between the sums of its visible views' limits
-// through the widget's minimum and maximum height (the minimum winning on a
-// conflict), except while an animation runs.
+// Its height is brought between the sums of its visible views' limits when
+// its frame is set with setFrame() (the minimum winning on a conflict),
+// except while an animation runs. Laying out only places the views: the
+// list never changes its own height for that. Layouts learn the limits from
+// the size hints: minimumSizeHint() is the minimum, and while the maximum is
+// finite the vertical size policy is Maximum with sizeHint() at it.
 class TARNCOMMON_EXPORT KQCollapsibleListView : public QWidget, public KQCollapsibleViewDelegate
 {
     Q_OBJECT
@@ -63,6 +68,12 @@ public:
     // place and its saved state.
     void setHiddenForCollapsableView(bool hidden, KQCollapsibleView *view);
 
+    // Sets the geometry, its height clamped to the limits unless an
+    // animation runs, and stacks the views at once, shown or not. Qt holds
+    // back the resize events of hidden widgets, so a frame set with
+    // QWidget::setGeometry() or resize() is neither clamped nor, while the
+    // list is hidden, laid out until it shows or loads its saved state.
+    void setFrame(const QRect &frame);
     // Stacks the visible views at full width; the spare height (or the
     // shortfall) goes to the resizable, expanded views in list order.
     void layoutSubviews();
@@ -81,6 +92,7 @@ public:
     // back to false is the moment to size the list anew after a collapse.
     bool isLayoutBlocked() const { return m_blockSubviewLayout; }
     QSize sizeHint() const override;
+    QSize minimumSizeHint() const override;
 
     void collapsableViewWillAnimateFromHeight(KQCollapsibleView *view, double fromHeight, double toHeight,
                                               KQViewAnimations &animations) override;
@@ -97,7 +109,8 @@ protected:
     void resizeEvent(QResizeEvent *event) override;
 
 private:
-    void applyHeightLimits();
+    void applyFrame(const QRect &frame);
+    void limitsChanged();
     void setLayoutBlocked(bool blocked, const QObject *view);
     void forgetView(QObject *view);
 
@@ -107,6 +120,10 @@ private:
     std::unique_ptr<KQGuardedDelegate<KQCollapsibleListViewDelegate>> m_delegate;
     bool m_blockSubviewLayout = false;
     bool m_widthChangedWhileBlocked = false;
+    QSize m_laidOutSize; // the size the last stacking was made for
+    // The limits the size hints last reported (none yet: not a number).
+    double m_hintedMinHeight = std::numeric_limits<double>::quiet_NaN();
+    double m_hintedMaxHeight = std::numeric_limits<double>::quiet_NaN();
     // The view whose animation blocks the layout: if it dies mid-animation
     // its end never comes, so the block is lifted then. Only compared, never
     // followed (it is cleared when that view is destroyed).

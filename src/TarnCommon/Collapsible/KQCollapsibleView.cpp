@@ -169,8 +169,15 @@ QWidget *KQCollapsibleView::makeTitleField(const QString &title)
     return field;
 }
 
+void KQCollapsibleView::setFrame(const QRect &frame)
+{
+    setGeometry(frame);
+    layoutSubviews();
+}
+
 void KQCollapsibleView::layoutSubviews()
 {
+    m_laidOutSize = size();
     const int w = width();
     const int header = int(HeaderHeight);
     if (m_collapseButton)
@@ -201,6 +208,10 @@ void KQCollapsibleView::setCollapsed(bool collapsed, bool animate)
     if (collapsed == m_isCollapsed)
         return;
     KQAssertText("_canCollapse", m_canCollapse);
+    // The content's frame decides the height the view expands to again: a
+    // size set while hidden (no resize event yet) must reach it first.
+    if (size() != m_laidOutSize && !m_isAnimating)
+        layoutSubviews();
     m_isCollapsed = collapsed;
     Q_EMIT isCollapsedChanged(collapsed);
 

@@ -77,9 +77,11 @@ public:
 
     // A resizable view may shrink to its header; while expanded it may grow
     // without end (the largest finite double). Otherwise both limits are the
-    // current height.
-    double minHeight() const;
-    double maxHeight() const;
+    // current height. A subclass may narrow them, for example give a
+    // resizable view a finite maximum: a list stacking it then passes the
+    // spare height it cannot take on to the next resizable view.
+    virtual double minHeight() const;
+    virtual double maxHeight() const;
 
     // The state changes at once (so limits and layout see it); the height
     // follows through an animation, of 0 ms when animate is false.
@@ -90,6 +92,11 @@ public:
     // Places the button, the title and the content; a resizable content
     // follows the view's height only while expanded and idle.
     void layoutSubviews();
+    // Sets the geometry and lays the view out at once, shown or not. Qt
+    // holds back the resize events of hidden widgets, so a frame set with
+    // QWidget::setGeometry() or resize() while the view is hidden is laid out
+    // only when it shows, or before the view next collapses.
+    void setFrame(const QRect &frame);
 
     // The running height animation, or nullptr. Lets callers (and tests)
     // drive or observe it.
@@ -120,6 +127,7 @@ private:
     bool m_isHeightResizable = false;
     bool m_isAnimating = false;
     bool m_drawTopLine = false;
+    QSize m_laidOutSize; // the size the last layout was made for
     QToolButton *m_collapseButton = nullptr; // children: owned by the view
     QWidget *m_titleField = nullptr;
     QPointer<QWidget> m_contentView; // a child too, but its owner may delete it

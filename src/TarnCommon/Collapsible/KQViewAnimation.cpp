@@ -1,5 +1,24 @@
 #include "KQViewAnimation_p.h"
 
+#include <TarnCommon/KQCollapsibleListView.h>
+
+namespace {
+
+// The collapsible widgets lay out with every frame, shown or not (Qt gives
+// hidden widgets no resize event); the list also skips its clamp while the
+// animation it takes part in runs.
+void applyFrame(QWidget *target, const QRect &frame)
+{
+    if (auto *list = qobject_cast<KQCollapsibleListView *>(target))
+        list->setFrame(frame);
+    else if (auto *view = qobject_cast<KQCollapsibleView *>(target))
+        view->setFrame(frame);
+    else
+        target->setGeometry(frame);
+}
+
+} // namespace
+
 KQViewAnimation::KQViewAnimation(const KQViewAnimations &entries, int durationMs, QObject *parent)
     : QVariantAnimation(parent)
     , m_entries(entries)
@@ -26,6 +45,6 @@ void KQViewAnimation::updateCurrentValue(const QVariant &value)
     for (qsizetype i = 0; i < m_entries.size(); ++i) {
         QWidget *target = m_entries.at(i).target;
         if (target)
-            target->setGeometry(interpolatedFrame(m_startFrames.at(i), m_entries.at(i).endFrame, progress));
+            applyFrame(target, interpolatedFrame(m_startFrames.at(i), m_entries.at(i).endFrame, progress));
     }
 }

@@ -96,9 +96,20 @@ struct KQLogObject
     QString description;         //!< the object's description
 };
 
-/*! The log text of a format message; a null \a format gives "Log message was nil". */
-TARNCOMMON_EXPORT QString _ZLMakeLogStr(const char *file, int64_t line, const char *function,
-                                         const char *format, va_list arguments);
+/*!
+    The log text of a format message; a null \a format gives "Log message was nil".
+    Exported under its bare name like the other log routines, though its
+    result is a QString.
+*/
+#if defined(__clang__)
+#  pragma clang diagnostic push
+#  pragma clang diagnostic ignored "-Wreturn-type-c-linkage"
+#endif
+extern "C" TARNCOMMON_EXPORT QString _ZLMakeLogStr(const char *file, int64_t line, const char *function,
+                                                    const char *format, va_list arguments);
+#if defined(__clang__)
+#  pragma clang diagnostic pop
+#endif
 /*! The log text of a described object: "<file>:<line>:<<class> <address>>: <description>". */
 TARNCOMMON_EXPORT QString _ZLMakeLogStr(const char *file, int64_t line, const char *function,
                                          const KQLogObject &object);

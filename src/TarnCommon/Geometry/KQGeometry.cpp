@@ -20,6 +20,26 @@ double clampInto(double value, double low, double high)
     return std::min(high, value);
 }
 
+QPointF toQt(KQPoint point)
+{
+    return QPointF(point.x, point.y);
+}
+
+QRectF toQt(KQRect rect)
+{
+    return QRectF(rect.origin.x, rect.origin.y, rect.size.width, rect.size.height);
+}
+
+KQPoint fromQt(QPointF point)
+{
+    return KQPoint{point.x(), point.y()};
+}
+
+KQRect fromQt(QRectF rect)
+{
+    return KQRect{{rect.x(), rect.y()}, {rect.width(), rect.height()}};
+}
+
 } // namespace
 
 QRectF q_RECT_rect_between_points(QPointF a, QPointF b)
@@ -89,7 +109,7 @@ QRectF q_RECT_normalize(QRectF rect)
     return QRectF(x, y, width, height);
 }
 
-double Secs()
+double Secs(void)
 {
     // steady_clock is CLOCK_MONOTONIC on Linux: time since boot.
     const auto sinceStart = std::chrono::steady_clock::now().time_since_epoch();
@@ -98,7 +118,7 @@ double Secs()
     return static_cast<double>(nanoseconds) / 1000000000.0;
 }
 
-QString Unique_ID_ns()
+QString Unique_ID_ns(void)
 {
     const QUuid uuid = QUuid::createUuid();
     if (uuid.isNull())
@@ -124,4 +144,42 @@ QPointF KQPointConstrainToLine(bool clamp, QPointF point, QPointF lineStart, QPo
         y = clampInto(y, std::min(lineStart.y(), lineEnd.y()), std::max(lineStart.y(), lineEnd.y()));
     }
     return QPointF(x, y);
+}
+
+// The plain-record forms only convert: QRectF keeps negative sizes and
+// not-a-number values as given, so the rules above apply unchanged.
+
+KQRect q_RECT_rect_between_points(KQPoint a, KQPoint b)
+{
+    return fromQt(q_RECT_rect_between_points(toQt(a), toQt(b)));
+}
+
+double q_POINT_distance_between_points(KQPoint a, KQPoint b)
+{
+    return q_POINT_distance_between_points(toQt(a), toQt(b));
+}
+
+KQPoint q_RECT__Get_Centre(KQRect rect)
+{
+    return fromQt(q_RECT__Get_Centre(toQt(rect)));
+}
+
+KQRect q_RECT_set_edge_to_location(KQRect rect, unsigned edge, double location)
+{
+    return fromQt(q_RECT_set_edge_to_location(toQt(rect), edge, location));
+}
+
+KQRect q_RECT_set_corner_to_point(KQRect rect, uint32_t corner, KQPoint point)
+{
+    return fromQt(q_RECT_set_corner_to_point(toQt(rect), corner, toQt(point)));
+}
+
+KQRect q_RECT_normalize(KQRect rect)
+{
+    return fromQt(q_RECT_normalize(toQt(rect)));
+}
+
+KQPoint KQPointConstrainToLine(bool clamp, KQPoint point, KQPoint lineStart, KQPoint lineEnd)
+{
+    return fromQt(KQPointConstrainToLine(clamp, toQt(point), toQt(lineStart), toQt(lineEnd)));
 }

@@ -1,5 +1,6 @@
 #include <TarnCommon/KQEmptyInspectorMode.h>
 
+#include <TarnCommon/KQGeometry.h>
 #include <TarnCommon/KQImageDrawing.h>
 
 #include <QtCore/QCoreApplication>
@@ -9,6 +10,8 @@
 #include <QtGui/QTextFrame>
 #include <QtWidgets/QTextEdit>
 
+#include <algorithm>
+#include <cmath>
 #include <limits>
 
 QIcon kq_documentIconOfWindow(const QWidget *window)
@@ -47,6 +50,7 @@ void applyTextContainerInset(QTextDocument *document)
 KQEmptyInspectorMode::KQEmptyInspectorMode(QWidget *focusedWindow, QObject *parent)
     : KQInspectorMode(parent)
     , m_window(focusedWindow)
+    , m_clock(&Secs)
 {
 }
 
@@ -66,20 +70,54 @@ QSizeF KQEmptyInspectorMode::maxSize() const
     return QSizeF(largest, largest);
 }
 
+void KQEmptyInspectorMode::setClock(Clock clock)
+{
+    m_clock = clock ? std::move(clock) : Clock(&Secs);
+    // Readings of two clocks cannot be compared: a running period restarts.
+    if (m_timer) {
+        const double now = m_clock();
+        m_nextRefresh = now + refreshInterval;
+        armTimer(now);
+    }
+}
+
 void KQEmptyInspectorMode::modeWillShow()
 {
     stopTimer();
     auto *timer = new QTimer(this);
-    timer->setInterval(refreshInterval);
-    connect(timer, &QTimer::timeout, this, &KQEmptyInspectorMode::update);
-    timer->start();
+    timer->setSingleShot(true);
+    connect(timer, &QTimer::timeout, this, &KQEmptyInspectorMode::poll);
     m_timer = timer;
+    const double now = m_clock();
+    m_nextRefresh = now + refreshInterval;
+    armTimer(now);
     update(); // built at once, not two seconds later
 }
 
 void KQEmptyInspectorMode::modeWasHidden()
 {
     stopTimer();
+}
+
+void KQEmptyInspectorMode::poll()
+{
+    if (!m_timer)
+        return;
+    const double now = m_clock();
+    if (now >= m_nextRefresh) {
+        m_nextRefresh = now + refreshInterval;
+        update();
+    }
+    if (m_timer)
+        armTimer(now);
+}
+
+// The timer is only a wake-up call: it is set for the time left on the clock,
+// so a timer that fires early (Qt's coarse timers may) just waits again.
+void KQEmptyInspectorMode::armTimer(double now)
+{
+    const double remaining = std::clamp(m_nextRefresh - now, 0.0, refreshInterval);
+    m_timer->start(int(std::ceil(remaining * 1000)));
 }
 
 void KQEmptyInspectorMode::stopTimer()

@@ -5,6 +5,7 @@
 #include <TarnCommon/ConstrainFrameRectToScreen_ZL.h>
 #include <TarnCommon/KQAssert.h>
 #include <TarnCommon/KQEmptyInspectorMode.h>
+#include <TarnCommon/KQGeometry.h>
 #include <TarnCommon/KQInspectorFocusOwner.h>
 #include <TarnCommon/KQInspectorMode.h>
 #include <TarnCommon/KQLog.h>
@@ -22,6 +23,8 @@
 #include <QtWidgets/QMessageBox>
 #include <QtWidgets/QSizeGrip>
 
+#include <algorithm>
+#include <cmath>
 #include <limits>
 
 const char *const KQInspectorWindow::frameAutosaveKey = "QN.sharedInspectorWindow.frame";
@@ -113,12 +116,17 @@ public:
     QList<QObject *> lookupChain() const;
     void restoreFrame();
     void scheduleFrameSave();
+    void armFrameSaveTimer(double now);
+    KQEmptyInspectorMode *makeEmptyMode();
     void focusWindowChanged(QWindow *window);
 
     KQInspectorWindow *q;
     QWidget *contentView = nullptr;
     QSizeGrip *resizeIndicator = nullptr;
     QTimer *frameSaveTimer = nullptr;
+    KQInspectorWindow::Clock clock = &Secs;
+    double lastFrameChange = 0;
+    bool frameSavePending = false;
     QList<QMetaObject::Connection> observations;
     QMetaObject::Connection modeGuard;
     QMetaObject::Connection ownerGuard;
@@ -155,8 +163,9 @@ KQInspectorWindow::KQInspectorWindow(QWidget *parent)
     d->resizeIndicator->resize(d->resizeIndicator->sizeHint());
     d->frameSaveTimer = new QTimer(this);
     d->frameSaveTimer->setSingleShot(true);
-    d->frameSaveTimer->setInterval(0);
-    connect(d->frameSaveTimer, &QTimer::timeout, this, &KQInspectorWindow::saveFrameNow);
+    connect(d->frameSaveTimer, &QTimer::timeout, this, &KQInspectorWindow::poll);
+    if (QCoreApplication *application = QCoreApplication::instance())
+        connect(application, &QCoreApplication::aboutToQuit, this, &KQInspectorWindow::saveFrameNow);
 
     // The main window is remembered from the start, so that it is known even
     // while a dialog or the inspector itself has the focus.
@@ -179,7 +188,7 @@ KQInspectorWindow::KQInspectorWindow(QWidget *parent)
 
 KQInspectorWindow::~KQInspectorWindow()
 {
-    if (d->frameSaveTimer->isActive())
+    if (d->frameSavePending)
         saveFrameNow();
     // Nothing the application says may reach this window once it is going.
     if (QCoreApplication *application = QCoreApplication::instance()) {
@@ -221,7 +230,7 @@ void KQInspectorWindow::setFocusOwner(QObject *owner)
     if (KQInspectorFocusOwner *old = asFocusOwner(oldOwner.data()))
         old->didLoseFocusOfInspector(this);
     if (!m_focusOwner)
-        setMode(new KQEmptyInspectorMode(mainWindow(), this));
+        setMode(d->makeEmptyMode());
     Q_EMIT focusOwnerChanged();
 }
 
@@ -229,8 +238,15 @@ void KQInspectorWindow::Private::focusOwnerDestroyed()
 {
     // The owner is gone: nobody to tell, and its mode may follow it at once.
     q->setMode(nullptr);
-    q->setMode(new KQEmptyInspectorMode(q->mainWindow(), q));
+    q->setMode(makeEmptyMode());
     Q_EMIT q->focusOwnerChanged();
+}
+
+KQEmptyInspectorMode *KQInspectorWindow::Private::makeEmptyMode()
+{
+    auto *mode = new KQEmptyInspectorMode(q->mainWindow(), q);
+    mode->setClock(clock);
+    return mode;
 }
 
 KQInspectorMode *KQInspectorWindow::mode() const
@@ -258,7 +274,34 @@ void KQInspectorWindow::Private::modeDestroyed()
     stopObserving();
     QObject::disconnect(modeGuard);
     q->m_mode = nullptr;
-    q->setMode(new KQEmptyInspectorMode(q->mainWindow(), q));
+    // The owner that gave the mode no longer stands behind what is shown:
+    // forget it too, so that a lookup asks it again instead of finding the
+    // same owner and keeping the empty mode for good.
+    const QPointer<QObject> owner = q->m_focusOwner;
+    if (owner) {
+        QObject::disconnect(ownerGuard);
+        q->m_focusOwner = nullptr;
+    }
+    q->setMode(makeEmptyMode());
+    if (!owner)
+        return;
+    Q_EMIT q->focusOwnerChanged();
+    // The owner may be the one destroying the mode, even on its own way out:
+    // it hears of its loss only once that is over, and is then looked up
+    // again, so that an owner whose window still has the focus shows its
+    // next mode without waiting for a change of focus.
+    QMetaObject::invokeMethod(
+        q,
+        [this, owner] {
+            KQInspectorFocusOwner *lost = asFocusOwner(owner.data());
+            if (!lost || q->m_focusOwner == owner)
+                return;
+            lost->willLoseFocusOfInspector(q);
+            if (owner)
+                lost->didLoseFocusOfInspector(q);
+            q->updateFocusOwner();
+        },
+        Qt::QueuedConnection);
 }
 
 void KQInspectorWindow::setUpCurrentMode()
@@ -477,9 +520,12 @@ void KQInspectorWindow::updateFocusOwner(QObject *notificationObject)
 {
     if (!isVisible() || !m_appIsActive)
         return;
-    // File dialogs must not take the inspector away from their document,
-    // and the inspector is never its own subject.
-    if (qobject_cast<QFileDialog *>(notificationObject) || qobject_cast<KQInspectorWindow *>(notificationObject))
+    // A dialog choosing a file to open must not take the inspector away from
+    // the document behind it; a save dialog is a window like any other. The
+    // inspector is never its own subject.
+    const auto *fileDialog = qobject_cast<QFileDialog *>(notificationObject);
+    if ((fileDialog && fileDialog->acceptMode() == QFileDialog::AcceptOpen)
+        || qobject_cast<KQInspectorWindow *>(notificationObject))
         return;
     setFocusOwner(kq_inspectorFocusOwnerAlong(d->lookupChain()));
 }
@@ -532,7 +578,6 @@ void KQInspectorWindow::startTrackingResponderChain()
         else if (!wasActive && state == Qt::ApplicationActive)
             appDidBecomeActive();
     });
-    connect(application, &QCoreApplication::aboutToQuit, this, &KQInspectorWindow::saveFrameNow);
     application->installEventFilter(this);
 }
 
@@ -647,6 +692,9 @@ void KQInspectorWindow::setVisible(bool visible)
             m_mode->modeWillShow();
     }
     NSWindow_ZL::setVisible(visible);
+    // Where the user left the window is kept before anything else can happen.
+    if (!visible && d->frameSavePending)
+        saveFrameNow();
     if (!visible && wasVisible && m_mode)
         m_mode->modeWasHidden();
 }
@@ -728,15 +776,54 @@ void KQInspectorWindow::Private::restoreFrame()
     restoringFrame = false;
 }
 
+// Each move or resize of a drag only notes the time; the timer, set for the
+// quiet period, then checks whether the frame has been left alone long enough.
 void KQInspectorWindow::Private::scheduleFrameSave()
 {
-    if (!restoringFrame && !q->m_frameAutosaveName.isEmpty())
-        frameSaveTimer->start();
+    if (restoringFrame || q->m_frameAutosaveName.isEmpty())
+        return;
+    lastFrameChange = clock();
+    frameSavePending = true;
+    if (!frameSaveTimer->isActive())
+        armFrameSaveTimer(lastFrameChange);
+}
+
+void KQInspectorWindow::Private::armFrameSaveTimer(double now)
+{
+    const double remaining = std::clamp(lastFrameChange + frameSaveQuietPeriod - now, 0.0, frameSaveQuietPeriod);
+    frameSaveTimer->start(int(std::ceil(remaining * 1000)));
+}
+
+bool KQInspectorWindow::hasUnsavedFrame() const
+{
+    return d->frameSavePending;
+}
+
+void KQInspectorWindow::poll()
+{
+    if (!d->frameSavePending)
+        return;
+    const double now = d->clock();
+    if (now - d->lastFrameChange >= frameSaveQuietPeriod)
+        saveFrameNow();
+    else
+        d->armFrameSaveTimer(now);
+}
+
+void KQInspectorWindow::setClock(Clock clock)
+{
+    d->clock = clock ? std::move(clock) : Clock(&Secs);
+    // Readings of two clocks cannot be compared: a waiting save starts over.
+    if (d->frameSavePending) {
+        d->lastFrameChange = d->clock();
+        d->armFrameSaveTimer(d->lastFrameChange);
+    }
 }
 
 void KQInspectorWindow::saveFrameNow()
 {
     d->frameSaveTimer->stop();
+    d->frameSavePending = false;
     if (m_frameAutosaveName.isEmpty())
         return;
     KQSettings::userDefaults()->setValue(m_frameAutosaveName, saveGeometry());

@@ -7,6 +7,7 @@
 #include <QtCore/QPointer>
 #include <QtCore/QSizeF>
 
+#include <functional>
 #include <limits>
 #include <memory>
 
@@ -51,7 +52,10 @@ class QMessageBox;
 // Modes are owned by whoever made them (usually the focus owner); a mode
 // whose parent is the inspector window itself is deleted when it is swapped
 // out. Owners and modes may be destroyed at any time: the inspector then
-// falls back to the empty mode.
+// falls back to the empty mode. An owner whose mode was destroyed is no longer
+// the focus owner: it hears that it lost the focus once the destruction is
+// over and is then asked for a mode again by a lookup (at once, if its window
+// still has the focus).
 class TARNCOMMON_EXPORT KQInspectorWindow : public NSWindow_ZL
 {
     Q_OBJECT
@@ -98,6 +102,13 @@ public:
     // limits contradict each other (which is reported).
     QRectF resizeWindowForNewMode(KQInspectorMode *mode);
 
+    // A testing aid: the clock answers seconds on any steady scale (by
+    // default a monotonic clock); nullptr restores the default. The quiet
+    // period before the frame is saved runs on it, and so does the refresh
+    // of the empty modes the inspector makes from now on.
+    using Clock = std::function<double()>;
+    void setClock(Clock clock);
+
     // Follows window activation, application activation and window closing.
     void startTrackingResponderChain();
     void windowWillClose(QWidget *window);
@@ -141,11 +152,19 @@ public:
     // A visible window-modal dialog of the inspector, if any.
     QDialog *attachedSheet() const;
 
-    // The frame is restored from this settings key now and saved under it
-    // whenever it changes, as QWidget::saveGeometry() records it.
+    // The frame is restored from this settings key now and saved under it, as
+    // QWidget::saveGeometry() records it, once it has been left alone for
+    // frameSaveQuietPeriod (so a drag is saved once, where it ends), when the
+    // window hides and when the application quits.
+    static constexpr double frameSaveQuietPeriod = 0.5; // seconds
     void setFrameAutosaveName(const QString &name);
     QString frameAutosaveName() const { return m_frameAutosaveName; }
     void saveFrameNow();
+    // Whether a change of the frame waits to be saved.
+    bool hasUnsavedFrame() const;
+    // Does at once what the frame's save timer does: saves a waiting frame
+    // once the quiet period has passed on the clock.
+    void poll();
 
 Q_SIGNALS:
     void focusOwnerChanged();

@@ -1,6 +1,7 @@
 tarncommon_add_files(
     PUBLIC
         ToolTipping_ZL.h ToolTipController_ZL.h ToolTipWindow_ZL.h ToolTipTextView_ZL.h
+        ToolTipHitTesting_ZL.h
     PRIVATE
         ToolTipping_ZL.cpp
         ToolTipTiming_ZL_p.h ToolTipTiming_ZL.cpp

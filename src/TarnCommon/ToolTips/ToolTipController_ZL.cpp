@@ -1,8 +1,8 @@
 #include <TarnCommon/ToolTipController_ZL.h>
+#include <TarnCommon/ToolTipHitTesting_ZL.h>
 #include <TarnCommon/ToolTipWindow_ZL.h>
 
 #include "ToolTipController_ZL_p.h"
-#include "ToolTipHitTesting_ZL_p.h"
 #include "ToolTipTiming_ZL_p.h"
 
 #include <TarnCommon/KQAfterEvent.h>
@@ -12,6 +12,28 @@
 #include <QtCore/QTimer>
 #include <QtGui/QCursor>
 #include <QtWidgets/QApplication>
+
+using namespace KQToolTipRules;
+
+namespace {
+
+// Tells the rules when their window goes hidden, whoever hides it.
+class WindowHideWatcher : public QObject
+{
+public:
+    explicit WindowHideWatcher(ToolTipTiming_ZL &timing) : timing_(timing) {}
+    bool eventFilter(QObject *watched, QEvent *event) override
+    {
+        if (event->type() == QEvent::Hide)
+            timing_.windowWasHidden();
+        return QObject::eventFilter(watched, event);
+    }
+
+private:
+    ToolTipTiming_ZL &timing_;
+};
+
+} // namespace
 
 // The window as the rules see it. The window goes when closed, and anyone
 // may close it (QApplication::closeAllWindows() closes every visible
@@ -26,6 +48,9 @@ public:
         if (!toolTipWindow_ && timer_) {
             auto *window = new ToolTipWindow_ZL;
             window->setAttribute(Qt::WA_DeleteOnClose);
+            // The window also hides itself (with the application) and may
+            // be closed by anyone; the rules must not go on believing it shown.
+            window->installEventFilter(&hideWatcher_);
             toolTipWindow_ = window;
         }
         return toolTipWindow_;
@@ -62,6 +87,7 @@ public:
     QPointer<ToolTipWindow_ZL> toolTipWindow_;
     QMetaObject::Connection observer_;
     ToolTipTiming_ZL timing_;
+    WindowHideWatcher hideWatcher_{timing_};
 };
 
 namespace {
@@ -104,6 +130,7 @@ ToolTipController_ZL::~ToolTipController_ZL()
         d->timer_->stop();
     d->timing_.setPresenter(nullptr);
     if (d->toolTipWindow_) {
+        d->toolTipWindow_->removeEventFilter(&d->hideWatcher_);
         d->toolTipWindow_->close();
         delete d->toolTipWindow_; // gone already if it deletes itself on close
     }
@@ -131,6 +158,19 @@ ToolTipWindow_ZL *ToolTipController_ZL::toolTipWindow() const
     return d->toolTipWindow_;
 }
 
+void ToolTipController_ZL::setClock(Clock clock)
+{
+    if (clock)
+        d->timing_.setClock(std::move(clock));
+    else
+        d->timing_.setClock(&ToolTipTiming_ZL::defaultClock);
+}
+
+void ToolTipController_ZL::poll()
+{
+    d->timing_.timerFired();
+}
+
 void ToolTipController_ZL::_handleEvent(QEvent *event)
 {
     d->timing_.handleEvent(event);
@@ -141,12 +181,12 @@ void ToolTipController_ZL::_timerFired()
     d->timing_.timerFired();
 }
 
-ToolTipTiming_ZL &ToolTipControllerTiming(ToolTipController_ZL *controller)
+ToolTipTiming_ZL &KQToolTipRules::ControllerAccess::timing(ToolTipController_ZL *controller)
 {
     return controller->d->timing_;
 }
 
-QTimer *ToolTipControllerTimer(ToolTipController_ZL *controller)
+QTimer *KQToolTipRules::ControllerAccess::timer(ToolTipController_ZL *controller)
 {
     return controller->d->timer_;
 }

@@ -4,13 +4,16 @@
 
 #include <QtCore/QObject>
 
+#include <functional>
 #include <memory>
 
 class QEvent;
 class QTimer;
 class ToolTipControllerPrivate_ZL;
-class ToolTipTiming_ZL;
 class ToolTipWindow_ZL;
+namespace KQToolTipRules {
+struct ControllerAccess;
+}
 
 // Shows computed tooltips: text that the widget under the pointer computes
 // for the exact point (see ToolTipping_ZL). After a mouse movement or a
@@ -43,11 +46,25 @@ public:
     // needs it again.
     ToolTipWindow_ZL *toolTipWindow() const;
 
+    // Testing aids, so that an application's tests need not wait in real
+    // time. The clock answers seconds on any steady scale (by default a
+    // monotonic clock); nullptr restores the default. poll() does at once
+    // what the half-second timer does:
+    //
+    //     double now = 0;
+    //     controller->setClock([&now] { return now; });
+    //     QTest::mouseMove(chart, QPoint(40, 30)); // pointer rests here
+    //     now += 1.0;
+    //     controller->poll();
+    //     QVERIFY(controller->toolTipWindow()->isShown());
+    using Clock = std::function<double()>;
+    void setClock(Clock clock);
+    void poll();
+
 private:
     void _handleEvent(QEvent *event);
     void _timerFired();
 
-    friend ToolTipTiming_ZL &ToolTipControllerTiming(ToolTipController_ZL *controller);
-    friend QTimer *ToolTipControllerTimer(ToolTipController_ZL *controller);
+    friend struct KQToolTipRules::ControllerAccess;
     std::unique_ptr<ToolTipControllerPrivate_ZL> d;
 };

@@ -1,3 +1,5 @@
+#include <TarnCommon/ToolTipHitTesting_ZL.h>
+
 #include "ToolTipHitTesting_ZL_p.h"
 
 #include <TarnCommon/KQRectRules.h>
@@ -12,7 +14,7 @@
 #include <algorithm>
 #include <cmath>
 
-QWidget *ToolTipApplicationWindowAt(QPointF globalPoint)
+QWidget *KQToolTipRules::ToolTipApplicationWindowAt(QPointF globalPoint)
 {
     // Asks the window system, which knows the stacking of every
     // application's windows: another application's window in front answers
@@ -23,7 +25,7 @@ QWidget *ToolTipApplicationWindowAt(QPointF globalPoint)
 
 QVariant ToolTipAtScreenPoint(bool *wrap, QPointF p, const ToolTipWindowFinder_ZL &findWindow)
 {
-    QWidget *window = findWindow ? findWindow(p) : ToolTipApplicationWindowAt(p);
+    QWidget *window = findWindow ? findWindow(p) : KQToolTipRules::ToolTipApplicationWindowAt(p);
     if (window == nullptr)
         return QVariant();
     const QPointF wp = p - QPointF(window->mapToGlobal(QPoint(0, 0)));

@@ -4,10 +4,38 @@
 #include <TarnCommon/KQLog.h>
 
 #include <QtCore/QEvent>
+#include <QtGui/QKeyEvent>
 #include <QtGui/QMouseEvent>
 
 #include <chrono>
 #include <cstring>
+
+namespace KQToolTipRules {
+
+namespace {
+
+// Keys that only change the modifier flags.
+bool isModifierKey(int key)
+{
+    switch (key) {
+    case Qt::Key_Shift:
+    case Qt::Key_Control:
+    case Qt::Key_Meta:
+    case Qt::Key_Alt:
+    case Qt::Key_AltGr:
+    case Qt::Key_CapsLock:
+    case Qt::Key_Super_L:
+    case Qt::Key_Super_R:
+    case Qt::Key_Hyper_L:
+    case Qt::Key_Hyper_R:
+    case Qt::Key_Mode_switch:
+        return true;
+    default:
+        return false;
+    }
+}
+
+} // namespace
 
 ToolTipEventEffect_ZL ToolTipEventEffect(const QEvent *event)
 {
@@ -31,6 +59,8 @@ ToolTipEventEffect_ZL ToolTipEventEffect(const QEvent *event)
         return {E::Arm, false};
     case QEvent::KeyPress:
     case QEvent::KeyRelease:
+        if (isModifierKey(static_cast<const QKeyEvent *>(event)->key()))
+            return {};
         return {E::Disarm, true};
     default:
         return {};
@@ -165,6 +195,7 @@ void ToolTipTiming_ZL::showToolTip(const QVariant &toolTip, QPointF location, bo
 {
     if (presenter_ == nullptr)
         return;
+    putUp_ = false;
     if (presenter_->isShown())
         presenter_->hide(false);
     if (toolTip.metaType() == QMetaType::fromType<QString>()) {
@@ -178,6 +209,7 @@ void ToolTipTiming_ZL::showToolTip(const QVariant &toolTip, QPointF location, bo
     }
     presenter_->positionAtMouseLocation(location);
     presenter_->show();
+    putUp_ = true;
     lastTimeToolTipChanged_ = clock_();
 }
 
@@ -185,7 +217,19 @@ void ToolTipTiming_ZL::hideToolTip(bool fade)
 {
     if (!isShown())
         return;
+    putUp_ = false;
     lastShownToolTip_ = QVariant();
     lastEventCanPreceedToolTip_ = false;
     presenter_->hide(fade);
 }
+
+void ToolTipTiming_ZL::windowWasHidden()
+{
+    if (!putUp_)
+        return;
+    putUp_ = false;
+    lastShownToolTip_ = QVariant();
+    lastEventCanPreceedToolTip_ = false;
+}
+
+} // namespace KQToolTipRules

@@ -11,11 +11,16 @@
 
 class QEvent;
 
+// The tooltip machinery's inner rules, exported for the library's tests and
+// tools only; applications use ToolTipController_ZL.
+namespace KQToolTipRules {
+
 // What one event does to the tooltip: whether a tooltip may follow it, and
 // whether it removes a visible tooltip at once. Only a plain movement or a
 // button release arms; presses, drags and keys disarm; of those only the
 // plain movement leaves a visible tooltip alone. Everything else (wheel,
-// crossings, modifiers...) changes nothing.
+// crossings, a modifier key pressed or released on its own...) changes
+// nothing: users hold Shift or Control before a modified click.
 struct ToolTipEventEffect_ZL
 {
     enum Readiness { Unchanged, Arm, Disarm };
@@ -74,6 +79,10 @@ public:
     void timerFired();
     // Hides a shown tooltip (with or without the fade) and disarms.
     void hideToolTip(bool fade);
+    // The window went away without the rules asking (the application was
+    // deactivated, the window closed): the tooltip is forgotten as if
+    // hidden here, so the same answer shows again after the next rest.
+    void windowWasHidden();
 
     State state() const;
     bool lastEventCanPreceedToolTip() const { return lastEventCanPreceedToolTip_; }
@@ -99,4 +108,9 @@ private:
     double lastTimeInsideToolTipWindow_ = 0;
     double lastTimeToolTipChanged_ = 0;
     QVariant lastShownToolTip_;
+    // Whether the window shows what the rules last put up; cleared before
+    // the rules themselves hide it, so only other hidings count as news.
+    bool putUp_ = false;
 };
+
+} // namespace KQToolTipRules

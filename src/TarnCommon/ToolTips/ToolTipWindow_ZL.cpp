@@ -7,13 +7,20 @@
 #include <TarnCommon/KQRectRules.h>
 #include <TarnCommon/KQScreenSpace.h>
 
+#include <QtCore/QLibrary>
 #include <QtCore/QVariantAnimation>
 #include <QtGui/QBitmap>
 #include <QtGui/QCursor>
 #include <QtGui/QGuiApplication>
+#include <QtGui/QScreen>
+#include <QtGui/qguiapplication_platform.h>
 #include <QtWidgets/QApplication>
 
 #include <cmath>
+
+using namespace KQToolTipRules;
+
+namespace KQToolTipRules {
 
 std::optional<QRectF> ScreenAtPoint(QPointF point, const QList<QRectF> &frames)
 {
@@ -50,6 +57,88 @@ QSizeF ToolTipContentSize(const QRectF &used, QSizeF inset)
                   2 * inset.height() + used.y() + used.height());
 }
 
+namespace {
+
+// The X server's resource string (what xrdb loads), empty off X11. Xlib is
+// found at run time so the library does not depend on it.
+QByteArray xResources()
+{
+#if QT_CONFIG(xcb)
+    auto *x11 = qGuiApp ? qGuiApp->nativeInterface<QNativeInterface::QX11Application>() : nullptr;
+    Display *display = x11 ? x11->display() : nullptr;
+    if (display == nullptr)
+        return QByteArray();
+    using ResourceManagerString = char *(*)(Display *);
+    static const auto resourceManagerString =
+        reinterpret_cast<ResourceManagerString>(QLibrary::resolve(QStringLiteral("X11"), 6, "XResourceManagerString"));
+    if (resourceManagerString == nullptr)
+        return QByteArray();
+    return QByteArray(resourceManagerString(display));
+#else
+    return QByteArray();
+#endif
+}
+
+// The value of one "name: value" line of an X resource string.
+QByteArray xResource(const QByteArray &resources, const QByteArray &name)
+{
+    const QList<QByteArray> lines = resources.split('\n');
+    for (const QByteArray &line : lines) {
+        const int colon = line.indexOf(':');
+        if (colon > 0 && line.left(colon).trimmed() == name)
+            return line.mid(colon + 1).trimmed();
+    }
+    return QByteArray();
+}
+
+bool isX11()
+{
+    return QGuiApplication::platformName() == QLatin1String("xcb");
+}
+
+} // namespace
+
+double ToolTipStandardCursorReach(int shape, double size)
+{
+    switch (Qt::CursorShape(shape)) {
+    case Qt::BlankCursor:
+        return 0.0;
+    case Qt::IBeamCursor:
+    case Qt::CrossCursor:
+    case Qt::WaitCursor:
+    case Qt::SizeVerCursor:
+    case Qt::SizeHorCursor:
+    case Qt::SizeBDiagCursor:
+    case Qt::SizeFDiagCursor:
+    case Qt::SizeAllCursor:
+    case Qt::SplitVCursor:
+    case Qt::SplitHCursor:
+    case Qt::ForbiddenCursor:
+    case Qt::OpenHandCursor:
+    case Qt::ClosedHandCursor:
+        return size / 2.0;
+    default: // the arrows, the pointing hand: the hot spot at the top
+        return size;
+    }
+}
+
+int ToolTipCursorThemeSize(const QByteArray &xcursorSize, const QByteArray &resources, int screenPixels)
+{
+    bool ok = false;
+    int size = xcursorSize.trimmed().toInt(&ok);
+    if (ok && size > 0)
+        return size;
+    size = xResource(resources, "Xcursor.size").toInt(&ok);
+    if (ok && size > 0)
+        return size;
+    const double dpi = xResource(resources, "Xft.dpi").toDouble(&ok);
+    if (ok && dpi * 16.0 / 72.0 >= 1.0)
+        return int(dpi * 16.0 / 72.0);
+    if (screenPixels / 48 > 0)
+        return screenPixels / 48;
+    return 16;
+}
+
 double ToolTipCursorReachBelowHotSpot()
 {
     QCursor cursor;
@@ -65,11 +154,26 @@ double ToolTipCursorReachBelowHotSpot()
         image = cursor.bitmap().deviceIndependentSize();
     if (!image.isEmpty())
         return image.height() - cursor.hotSpot().y();
+    if (cursor.shape() == Qt::BitmapCursor)
+        return 0.0;
 
-    bool ok = false;
-    const int size = qEnvironmentVariableIntValue("XCURSOR_SIZE", &ok);
-    return ok && size > 0 ? size : 16.0;
+    // Standard shapes are drawn by the window system from its cursor theme.
+    const QScreen *screen = QGuiApplication::primaryScreen();
+    const double ratio = screen ? screen->devicePixelRatio() : 1.0;
+    int screenPixels = 0;
+    QByteArray resources;
+    if (isX11()) {
+        resources = xResources();
+        if (screen) {
+            const QSize pixels = screen->virtualSize() * ratio;
+            screenPixels = qMin(pixels.width(), pixels.height());
+        }
+    }
+    const int size = ToolTipCursorThemeSize(qgetenv("XCURSOR_SIZE"), resources, screenPixels);
+    return ToolTipStandardCursorReach(cursor.shape(), size / ratio);
 }
+
+} // namespace KQToolTipRules
 
 ToolTipWindow_ZL::ToolTipWindow_ZL()
     : QWidget(nullptr, Qt::ToolTip | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint

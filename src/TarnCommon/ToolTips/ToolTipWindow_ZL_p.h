@@ -2,12 +2,15 @@
 
 #include <TarnCommon/TarnCommonExport.h>
 
+#include <QtCore/QByteArray>
 #include <QtCore/QList>
 #include <QtCore/QPointF>
 #include <QtCore/QRectF>
 #include <QtCore/QSizeF>
 
 #include <optional>
+
+namespace KQToolTipRules {
 
 // Placement rules of the tooltip window, in y-up screen space.
 
@@ -27,8 +30,21 @@ TARNCOMMON_EXPORT QPointF ToolTipWindowOrigin(QPointF point, QSizeF size, const 
 // The content size for text using used inside a container inset by inset.
 TARNCOMMON_EXPORT QSizeF ToolTipContentSize(const QRectF &used, QSizeF inset);
 
-// How far the current cursor's image reaches below its hot spot. Standard
-// shapes have no image Qt can read (X11 draws them itself), so they count as
-// the usual arrow, XCURSOR_SIZE (16 unless set) tall with its hot spot at
-// the top.
+// How far the image of a standard cursor shape of the theme's size reaches
+// below its hot spot: the arrows point from the top, the I-beam, crosses
+// and sizing shapes are held at their middle, a blank cursor has no image.
+TARNCOMMON_EXPORT double ToolTipStandardCursorReach(int shape, double size);
+
+// The cursor theme's size in device pixels, as X finds it: XCURSOR_SIZE,
+// else the Xcursor.size resource, else the resources' Xft.dpi at 16 points,
+// else screenPixels / 48 (the smaller side of the X screen; 0 when unknown),
+// else 16.
+TARNCOMMON_EXPORT int ToolTipCursorThemeSize(const QByteArray &xcursorSize, const QByteArray &resources,
+                                             int screenPixels);
+
+// How far the current cursor's image reaches below its hot spot, in
+// device-independent pixels: from its pixmap for a bitmap cursor, from the
+// theme's size and the shape for a standard one.
 TARNCOMMON_EXPORT double ToolTipCursorReachBelowHotSpot();
+
+} // namespace KQToolTipRules
