@@ -55,6 +55,7 @@ KQTabView::KQTabView(const QList<KQTab *> &tabs, QWidget *parent)
     const QSizeF frame = KQTabView::frameSizeForTabViewSize(largest);
     setGeometry(QRect(0, 0, int(std::ceil(frame.width())), int(std::ceil(frame.height()))));
     m_initialContentSize = largest;
+    m_constructedSize = size();
     setTabs(tabs);
 }
 
@@ -116,8 +117,12 @@ void KQTabView::layoutContent()
 
 void KQTabView::applyInitialFrameSize()
 {
-    if (!m_initialContentSize)
+    // Sized by someone else in between (a layout, through a QWidget pointer):
+    // that size stands.
+    if (!m_initialContentSize || size() != m_constructedSize) {
+        m_initialContentSize.reset();
         return;
+    }
     const QSizeF frame = frameSizeForTabViewSize(*m_initialContentSize);
     resize(int(std::ceil(frame.width())), int(std::ceil(frame.height())));
 }

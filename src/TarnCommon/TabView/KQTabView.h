@@ -200,6 +200,7 @@ private:
     // The largest content size of the tabs constructor, until the first
     // polish sizes the tab view with a subclass's frame rule.
     std::optional<QSizeF> m_initialContentSize;
+    QSize m_constructedSize;
     // The content widgets standing for the group's buttons.
     QList<QPointer<QWidget>> m_accessibilityStandIns;
     std::unique_ptr<KQTabClickTracker> m_tracker;
