@@ -74,7 +74,7 @@ class TARNCOMMON_EXPORT KQTabView : public QWidget, public ToolTipping_ZL
                    setKqAccessibilityTabView NOTIFY kqAccessibilityTabViewChanged)
     // Redeclared so that setting them by name lays the content out at once.
     Q_PROPERTY(QRect geometry READ geometry WRITE setGeometry)
-    Q_PROPERTY(QSize size READ size WRITE resize)
+    Q_PROPERTY(QSize size READ size WRITE resize DESIGNABLE false STORED false)
 
 public:
     static constexpr double kTabBarHeight = 27.0;
