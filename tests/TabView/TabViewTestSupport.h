@@ -8,18 +8,14 @@
 #include <QtGui/QImage>
 #include <QtGui/QPixmap>
 
-// A tab with its own content widget of the given size, owned by owner.
+// A tab owned by owner, with a content widget of the given size that the
+// tab owns (it has no parent).
 inline KQTab *makeTab(QObject *owner, qint64 tag, const QString &tooltip = QString(), QSize viewSize = {100, 50})
 {
     auto *tab = new KQTab(owner);
     auto *view = new QWidget;
     view->resize(viewSize);
     view->setObjectName(QStringLiteral("view%1").arg(tag));
-    // The widget is freed with the tab unless a tab view adopted it.
-    QObject::connect(tab, &QObject::destroyed, view, [view] {
-        if (!view->parent())
-            delete view;
-    });
     tab->setView(view);
     tab->setTag(tag);
     tab->setIconTooltip(tooltip);

@@ -1,7 +1,9 @@
 // A real window with a tab view and the accessibility groups switched on,
 // for reading from outside with an AT-SPI client. Shows four tabs and hides
-// the third, so the group must list three buttons. Quits by itself after a
-// while, so a failing client never leaves it behind.
+// the third, so the group must list three buttons. Each tab's page holds a
+// text field and a push button named after the tab ("Square field", "Square
+// apply"). Quits by itself after a while, so a failing client never leaves
+// it behind.
 #include <TarnCommon/KQAccessibility.h>
 #include <TarnCommon/KQSettings.h>
 #include <TarnCommon/KQTab.h>
@@ -11,6 +13,9 @@
 #include <QtGui/QPainter>
 #include <QtWidgets/QApplication>
 #include <QtWidgets/QLabel>
+#include <QtWidgets/QLineEdit>
+#include <QtWidgets/QPushButton>
+#include <QtWidgets/QVBoxLayout>
 
 #include <cstdio>
 
@@ -40,7 +45,16 @@ int main(int argc, char *argv[])
         tab->setIcon(QIcon(icon));
         tab->setIconTooltip(names[i]);
         tab->setTag(i + 1);
-        tab->setView(new QLabel(names[i], &view));
+        // Without a parent: the tab owns its page.
+        auto *page = new QWidget;
+        auto *layout = new QVBoxLayout(page);
+        layout->addWidget(new QLabel(names[i], page));
+        auto *field = new QLineEdit(page);
+        field->setAccessibleName(names[i] + QStringLiteral(" field"));
+        layout->addWidget(field);
+        auto *apply = new QPushButton(names[i] + QStringLiteral(" apply"), page);
+        layout->addWidget(apply);
+        tab->setView(page);
         tabs << tab;
     }
     view.setTabs(tabs);

@@ -9,7 +9,10 @@
 #include <QtGui/QAccessible>
 #include <QtTest/QTest>
 
+#include <QtWidgets/QLineEdit>
+
 #include <memory>
+
 
 // Stands for a proxy element that must not survive attaching a group.
 class NSAccessibilityReparentingCellProxy : public QWidget
@@ -28,7 +31,12 @@ private Q_SLOTS:
     void cleanup();
 
     void groupTitlesRolesFrames();
-    void rebuiltOnEveryQuery();
+    void keptCurrent_data();
+    void keptCurrent();
+    void selectedTabControlsReachable_data();
+    void selectedTabControlsReachable();
+    void pressSelectsAsAClick_data();
+    void pressSelectsAsAClick();
     void replacedOnEverySetTabs();
     void noVisibleTabKeepsPreviousChildren();
     void proxiesAreStripped();
@@ -94,8 +102,6 @@ void tst_KQAccessibility::groupTitlesRolesFrames()
     QCOMPARE(group->role(), QAccessible::Grouping);
     QCOMPARE(group->parent(), iface);
     QCOMPARE(static_cast<QAccessibleInterface *>(view->kqAccessibilityTabView()->groupAccessbility()), group);
-    // The selected tab's widget is still there, before the group.
-    QCOMPARE(iface->child(0)->object(), view->selectedTab()->view());
     QCOMPARE(iface->indexOfChild(group), iface->childCount() - 1);
 
     // Window frame (100, 500) in y-up space, 200 x 100: on the 1000 x 700
@@ -107,6 +113,8 @@ void tst_KQAccessibility::groupTitlesRolesFrames()
     for (int i = 0; i < 3; ++i) {
         QAccessibleInterface *button = group->child(i);
         QVERIFY(button);
+        // The tab's own widget stands for its button.
+        QCOMPARE(button->object(), view->tabs().at(i)->view());
         QCOMPARE(button->role(), QAccessible::Button);
         QCOMPARE(button->text(QAccessible::Name), names[i]);
         QCOMPARE(button->parent(), group);
@@ -114,30 +122,145 @@ void tst_KQAccessibility::groupTitlesRolesFrames()
     }
     // Hit testing of the group finds the button under a screen point.
     QCOMPARE(group->childAt(200, 120), group->child(1));
+
+    // Frames follow the window when the tree is read again. Moved to (300,
+    // 200): y-up window y 400, the second cell at x 300 + 40 + 40, y-up 466,
+    // so y = 700 - 466 - 28 = 206.
+    view->move(300, 200);
+    QCOMPARE(iface->child(iface->childCount() - 1), group);
+    QCOMPARE(group->child(1)->rect(), QRect(380, 206, 40, 28));
 }
 
-void tst_KQAccessibility::rebuiltOnEveryQuery()
+void tst_KQAccessibility::keptCurrent_data()
 {
+    QTest::addColumn<QString>("change");
+    QTest::addColumn<QStringList>("buttons");
+
+    const QString a = QStringLiteral("Alpha"), b = QStringLiteral("Beta"), g = QStringLiteral("Gamma");
+    QTest::newRow("tooltip renamed") << "rename" << QStringList{QStringLiteral("Renamed"), b, g};
+    QTest::newRow("tab hidden") << "hide" << QStringList{a, g};
+    QTest::newRow("tab shown") << "hide and show" << QStringList{b, a, g};
+    QTest::newRow("widget replaced") << "replace widget" << QStringList{a, b, g};
+    QTest::newRow("tabs set") << "set tabs" << QStringList{g, a};
+}
+
+void tst_KQAccessibility::keptCurrent()
+{
+    QFETCH(QString, change);
+    QFETCH(QStringList, buttons);
+
     KQTabView *view = makeTopLevelTabView(3);
     QVERIFY(view);
-    QAccessibleInterface *group = groupOf(view);
-    QVERIFY(group);
-    QAccessibleInterface *firstButton = group->child(0);
+    QVERIFY(groupOf(view));
+    const QList<KQTab *> tabs = view->tabs();
+    auto *replacement = new QWidget;
+    const QPointer<QWidget> replaced = tabs.at(0)->view();
+    if (change == QLatin1String("rename"))
+        tabs.at(0)->setIconTooltip(QStringLiteral("Renamed"));
+    else if (change == QLatin1String("hide"))
+        view->hideTab(2);
+    else if (change == QLatin1String("hide and show")) {
+        view->hideTab(2);
+        view->showTab(2, 0);
+    } else if (change == QLatin1String("replace widget"))
+        tabs.at(0)->setView(replacement);
+    else if (change == QLatin1String("set tabs"))
+        view->setTabs({tabs.at(2), tabs.at(0)});
 
-    view->tabs().at(0)->setIconTooltip(QStringLiteral("Renamed"));
-    view->hideTab(2);
-    view->move(300, 200);
-    // The group only changes when the tab view's children are asked for.
-    QCOMPARE(group->childCount(), 3);
-    QAccessibleInterface *iface = QAccessible::queryAccessibleInterface(view);
-    QCOMPARE(iface->child(iface->childCount() - 1), group);
-    QCOMPARE(group->childCount(), 2);
-    QCOMPARE(group->child(0), firstButton); // the same element, refreshed
-    QCOMPARE(group->child(0)->text(QAccessible::Name), QStringLiteral("Renamed"));
-    QCOMPARE(group->child(1)->text(QAccessible::Name), QStringLiteral("Gamma"));
-    // Moved to (300, 200): y-up window y 400, the second of two cells at
-    // x 300 + 60 + 40, y-up 466, so y = 700 - 466 - 28 = 206.
-    QCOMPARE(group->child(1)->rect(), QRect(400, 206, 40, 28));
+    // Read from the group as a client holding it would, without asking the
+    // tab view first.
+    KQAccessibilityNode *group = view->kqAccessibilityTabView()->groupAccessbility();
+    QVERIFY(group);
+    QStringList names;
+    const QList<QAccessibleInterface *> children = group->accessibilityChildren();
+    for (qsizetype i = 0; i < children.size(); ++i) {
+        names << children.at(i)->text(QAccessible::Name);
+        QCOMPARE(children.at(i)->object(), view->tabs().value(i)->view());
+    }
+    QCOMPARE(names, buttons);
+    if (change == QLatin1String("replace widget")) {
+        QCOMPARE(group->child(0)->object(), replacement);
+        delete replaced; // the caller's again
+    } else {
+        delete replacement;
+    }
+}
+
+void tst_KQAccessibility::selectedTabControlsReachable_data()
+{
+    QTest::addColumn<int>("selected");
+    QTest::newRow("first, selected when the group was made") << 0;
+    QTest::newRow("second, selected later") << 1;
+    QTest::newRow("third, selected later") << 2;
+}
+
+void tst_KQAccessibility::selectedTabControlsReachable()
+{
+    QFETCH(int, selected);
+    KQTabView *view = makeTopLevelTabView(3);
+    QVERIFY(view);
+    for (KQTab *tab : view->tabs()) {
+        auto *field = new QLineEdit(tab->view());
+        field->setAccessibleName(QStringLiteral("field %1").arg(tab->tag()));
+        field->show(); // on show wherever its page is
+    }
+    view->selectTab(view->tabs().at(selected));
+
+    // Walk down from the tab view, as a client does, collecting every field.
+    QHash<QString, QAccessibleInterface *> fields;
+    QList<QAccessibleInterface *> pending{QAccessible::queryAccessibleInterface(view)};
+    while (!pending.isEmpty()) {
+        QAccessibleInterface *node = pending.takeFirst();
+        if (node->role() == QAccessible::EditableText)
+            fields.insert(node->text(QAccessible::Name), node);
+        for (int i = 0; i < node->childCount(); ++i)
+            pending << node->child(i);
+    }
+    QCOMPARE(fields.size(), 3);
+    QAccessibleInterface *group = groupOf(view);
+    for (int i = 0; i < 3; ++i) {
+        QAccessibleInterface *field = fields.value(QStringLiteral("field %1").arg(i + 1));
+        QVERIFY(field);
+        // Under the tab's button, which is under the group.
+        QCOMPARE(field->parent()->object(), view->tabs().at(i)->view());
+        QCOMPARE(field->parent()->parent(), group);
+        QCOMPARE(field->state().invisible, i != selected);
+        QCOMPARE(field->parent()->state().checked, i == selected);
+    }
+}
+
+void tst_KQAccessibility::pressSelectsAsAClick_data()
+{
+    QTest::addColumn<bool>("hiddenFirst");
+    QTest::addColumn<QStringList>("delegateLog");
+    QTest::newRow("visible tab") << false
+                                 << QStringList{QStringLiteral("will 2<-1 shown:view1"),
+                                                QStringLiteral("did 2<-1 shown:view2")};
+    // Hidden, it is no button any more: nothing to press.
+    QTest::newRow("tab hidden since") << true << QStringList{};
+}
+
+void tst_KQAccessibility::pressSelectsAsAClick()
+{
+    QFETCH(bool, hiddenFirst);
+    QFETCH(QStringList, delegateLog);
+    KQTabView *view = makeTopLevelTabView(3);
+    QVERIFY(view);
+    RecordingDelegate delegate;
+    view->setDelegate(&delegate);
+    QAccessibleInterface *button = groupOf(view)->child(1);
+    QVERIFY(button);
+    QWidget *page = view->tabs().at(1)->view();
+    if (hiddenFirst)
+        view->hideTab(2);
+    button = QAccessible::queryAccessibleInterface(page);
+    QAccessibleActionInterface *actions = button->actionInterface();
+    QVERIFY(actions);
+    QCOMPARE(actions->actionNames().contains(QAccessibleActionInterface::pressAction()), !hiddenFirst);
+    actions->doAction(QAccessibleActionInterface::pressAction());
+    QCOMPARE(delegate.log, delegateLog);
+    QCOMPARE(view->selectedTab()->tag(), hiddenFirst ? 1 : 2);
+    view->setDelegate(nullptr);
 }
 
 void tst_KQAccessibility::replacedOnEverySetTabs()
@@ -166,11 +289,12 @@ void tst_KQAccessibility::noVisibleTabKeepsPreviousChildren()
     QVERIFY(group);
     QCOMPARE(group->childCount(), 2);
     view->hideTab(1);
+    QCOMPARE(group->childCount(), 1);
     view->hideTab(2);
     QVERIFY(view->tabs().isEmpty());
     QCOMPARE(groupOf(view), group);
-    QCOMPARE(group->childCount(), 2);
-    QCOMPARE(group->child(1)->text(QAccessible::Name), QStringLiteral("Beta"));
+    QCOMPARE(group->childCount(), 1);
+    QCOMPARE(group->child(0)->text(QAccessible::Name), QStringLiteral("Beta"));
 }
 
 void tst_KQAccessibility::proxiesAreStripped()

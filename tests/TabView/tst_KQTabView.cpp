@@ -6,6 +6,7 @@
 #include <TarnCommon/ToolTipping_ZL.h>
 
 #include <QtGui/QAccessible>
+#include <QtGui/QPainter>
 #include <QtTest/QSignalSpy>
 #include <QtTest/QTest>
 #include <QtWidgets/QApplication>
@@ -26,6 +27,11 @@ private Q_SLOTS:
     void newIconIsRepainted();
     void initWithTabsSizing_data();
     void initWithTabsSizing();
+    void subclassDrawsTheBar();
+    void hiddenTabViewLaysOutAtOnce_data();
+    void hiddenTabViewLaysOutAtOnce();
+    void contentWidgetGoesBackToItsOwner_data();
+    void contentWidgetGoesBackToItsOwner();
     void delegateMessages_data();
     void delegateMessages();
     void delegateMayDestroyTheTabView_data();
@@ -151,15 +157,38 @@ void tst_KQTabView::newIconIsRepainted()
     QVERIFY(view->paints > 0);
 }
 
+// Changes the frame rule and the bar's drawing, as a subclass may.
+class CustomTabView : public KQTabView
+{
+public:
+    using KQTabView::KQTabView;
+    QSizeF frameSizeForTabViewSize(const QSizeF &size) const override
+    {
+        return QSizeF(size.width() + 10, size.height() + 40);
+    }
+    void drawTabBarInRect(QPainter &painter, const QRectF &bar) override
+    {
+        bars << bar;
+        KQTabView::drawTabBarInRect(painter, bar);
+    }
+    void drawTab(QPainter &, KQTab *tab, const QRectF &cell) override { cells << qMakePair(tab->tag(), cell); }
+
+    QList<QRectF> bars;
+    QList<QPair<qint64, QRectF>> cells;
+};
+
 void tst_KQTabView::initWithTabsSizing_data()
 {
     QTest::addColumn<QList<QSize>>("viewSizes");
+    QTest::addColumn<bool>("subclass");
     QTest::addColumn<QSize>("frame");
 
     QTest::newRow("largest width and height independently")
-        << QList<QSize>{{200, 100}, {150, 300}} << QSize(200, 327);
-    QTest::newRow("a tab without a view counts as nothing") << QList<QSize>{{-1, -1}, {80, 40}} << QSize(80, 67);
-    QTest::newRow("no tabs") << QList<QSize>{} << QSize(0, 27);
+        << QList<QSize>{{200, 100}, {150, 300}} << false << QSize(200, 327);
+    QTest::newRow("a tab without a view counts as nothing")
+        << QList<QSize>{{-1, -1}, {80, 40}} << false << QSize(80, 67);
+    QTest::newRow("no tabs") << QList<QSize>{} << false << QSize(0, 27);
+    QTest::newRow("a subclass's frame rule") << QList<QSize>{{200, 100}, {150, 300}} << true << QSize(210, 340);
 }
 
 void tst_KQTabView::initWithTabsSizing()
@@ -177,10 +206,111 @@ void tst_KQTabView::initWithTabsSizing()
         }
         tabs << tab;
     }
-    KQTabView view(tabs);
+    QFETCH(bool, subclass);
+    const std::unique_ptr<KQTabView> made(subclass ? new CustomTabView(tabs) : new KQTabView(tabs));
+    KQTabView &view = *made;
+    // The first sizing a subclass's rule can take part in.
+    view.ensurePolished();
     QCOMPARE(view.geometry(), QRect(QPoint(0, 0), frame));
     QCOMPARE(view.selectedTab(), tabs.value(0, nullptr));
     QCOMPARE(view.tabs(), tabs);
+    if (QWidget *content = view.selectedTab() ? view.selectedTab()->view() : nullptr)
+        QCOMPARE(content->geometry(), QRect(0, 27, frame.width(), frame.height() - 27));
+}
+
+void tst_KQTabView::subclassDrawsTheBar()
+{
+    QObject owner;
+    CustomTabView view({makeTab(&owner, 1), makeTab(&owner, 2)});
+    view.resize(300, 100);
+    QImage image(view.size(), QImage::Format_ARGB32_Premultiplied);
+    view.render(&image);
+    QCOMPARE(view.bars, QList<QRectF>{QRectF(0, 0, 300, 27)});
+    // Two cells centred on the middle: x = 150 - 40 = 110.
+    const QList<QPair<qint64, QRectF>> cells{{1, QRectF(110, 0, 40, 26)}, {2, QRectF(150, 0, 40, 26)}};
+    QCOMPARE(view.cells, cells);
+}
+
+void tst_KQTabView::hiddenTabViewLaysOutAtOnce_data()
+{
+    QTest::addColumn<QString>("how");
+    QTest::addColumn<bool>("shownBefore");
+    QTest::newRow("resize, never shown") << "resize" << false;
+    QTest::newRow("setGeometry, never shown") << "setGeometry" << false;
+    QTest::newRow("geometry property") << "geometry" << false;
+    QTest::newRow("size property") << "size" << false;
+    QTest::newRow("resize, hidden after showing") << "resize" << true;
+}
+
+void tst_KQTabView::hiddenTabViewLaysOutAtOnce()
+{
+    QFETCH(QString, how);
+    QFETCH(bool, shownBefore);
+    KQTabView view(QRect(0, 0, 200, 100));
+    view.setTabs({makeTab(&view, 1)});
+    if (shownBefore) {
+        view.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&view));
+        view.hide();
+    }
+    if (how == QLatin1String("resize"))
+        view.resize(300, 150);
+    else if (how == QLatin1String("setGeometry"))
+        view.setGeometry(0, 0, 300, 150);
+    else if (how == QLatin1String("geometry"))
+        view.setProperty("geometry", QRect(0, 0, 300, 150));
+    else
+        view.setProperty("size", QSize(300, 150));
+    QVERIFY(view.isHidden());
+    QCOMPARE(view.selectedTab()->view()->geometry(), QRect(0, 27, 300, 123));
+}
+
+void tst_KQTabView::contentWidgetGoesBackToItsOwner_data()
+{
+    QTest::addColumn<QString>("owner"); // of the content widget: "tab", "caller" or "tab view"
+    QTest::addColumn<QString>("leaving"); // how the tab view stops showing it
+    QTest::addColumn<bool>("outlivesTabView");
+    QTest::addColumn<bool>("outlivesTab");
+
+    QTest::newRow("its tab's, deselected") << "tab" << "select" << true << false;
+    QTest::newRow("its tab's, tab dropped") << "tab" << "set" << true << false;
+    QTest::newRow("the caller's, deselected") << "caller" << "select" << true << true;
+    QTest::newRow("the caller's, tab dropped") << "caller" << "set" << true << true;
+    QTest::newRow("made the tab view's by the caller") << "tab view" << "select" << false << false;
+}
+
+void tst_KQTabView::contentWidgetGoesBackToItsOwner()
+{
+    QFETCH(QString, owner);
+    QFETCH(QString, leaving);
+    QFETCH(bool, outlivesTabView);
+    QFETCH(bool, outlivesTab);
+
+    QWidget caller;
+    auto view = std::make_unique<KQTabView>(QRect(0, 0, 200, 100));
+    auto tabOwner = std::make_unique<QObject>();
+    KQTab *tab = makeTab(tabOwner.get(), 1);
+    QWidget *parent = owner == QLatin1String("caller")     ? &caller
+                      : owner == QLatin1String("tab view") ? static_cast<QWidget *>(view.get())
+                                                           : nullptr;
+    delete tab->view();
+    const QPointer<QWidget> content = new QWidget(parent);
+    tab->setView(content);
+    KQTab *other = makeTab(tabOwner.get(), 2);
+    view->setTabs({tab, other});
+    QCOMPARE(content->parentWidget(), view.get());
+
+    if (leaving == QLatin1String("select"))
+        view->selectTab(other);
+    else
+        view->setTabs({other});
+    QCOMPARE(content->parentWidget(), parent);
+    QVERIFY(content->isHidden());
+
+    view.reset();
+    QCOMPARE(!content.isNull(), outlivesTabView);
+    tabOwner.reset();
+    QCOMPARE(!content.isNull(), outlivesTab);
 }
 
 // Runs one operation written as "select T", "hide T", "hidesel T",
@@ -434,14 +564,15 @@ void tst_KQTabView::destroyedTabDropsOut()
     delete view->hiddenTabs().at(0);
     QCOMPARE(view->tabs().size(), qsizetype(1));
     QVERIFY(view->hiddenTabs().isEmpty());
-    QWidget *shown = view->selectedTab()->view();
+    const QPointer<QWidget> shown = view->selectedTab()->view();
     QVERIFY(!shown->isHidden());
     QSignalSpy changed(view, &KQTabView::selectedTabChanged);
     delete view->selectedTab();
     QCOMPARE(view->selectedTab(), nullptr);
     QVERIFY(view->tabs().isEmpty());
-    // Its widget does not stay on show for a selection that is gone.
-    QVERIFY(shown->isHidden());
+    // Its widget does not stay on show for a selection that is gone: its
+    // tab owned it, so it went too.
+    QVERIFY(shown.isNull());
     QCOMPARE(changed.count(), 1);
     QCOMPARE(changed.at(0).at(0).value<KQTab *>(), nullptr);
     QCOMPARE(view->tabAtPoint(QPointF(100, 10)), nullptr);
@@ -462,6 +593,9 @@ void tst_KQTabView::widgetReplacedWhileSelected()
     // The widget on show is the one taken down, not the tab's new one.
     view->selectTab(view->tabs().at(1));
     QVERIFY(installed->isHidden());
+    // The tab let go of it when given another: back to the caller.
+    QCOMPARE(installed->parentWidget(), nullptr);
+    delete installed;
     QVERIFY(!view->tabs().at(1)->view()->isHidden());
     view->resize(260, 120);
     QCOMPARE(view->tabs().at(1)->view()->geometry(), QRect(0, 27, 260, 93));

@@ -124,10 +124,37 @@ QAccessible::Role KQAccessibilityNode::role() const
 
 QAccessible::State KQAccessibilityNode::state() const
 {
-    return QAccessible::State();
+    // On show exactly when the element it hangs under is.
+    QAccessible::State state;
+    if (const QAccessibleInterface *up = parent()) {
+        const QAccessible::State upState = up->state();
+        state.invisible = upState.invisible;
+        state.offscreen = upState.offscreen;
+    }
+    return state;
 }
 
 // ---- KQAccessibility --------------------------------------------------------
+
+namespace {
+
+// The child names the group as its parent, whether it is a node or a
+// widget. A widget's interface may be replaced on the way: the one to keep
+// is returned.
+QAccessibleInterface *adoptIntoGroup(QAccessibleInterface *child, KQAccessibilityNode *group)
+{
+    if (auto *node = dynamic_cast<KQAccessibilityNode *>(child)) {
+        node->setAccessibilityParent(group);
+        return node;
+    }
+    if (auto *widget = qobject_cast<QWidget *>(child ? child->object() : nullptr)) {
+        KQAccessibleChildren::setAccessibilityParent(widget, group);
+        return QAccessible::queryAccessibleInterface(widget);
+    }
+    return child;
+}
+
+} // namespace
 
 bool KQAccessibility::validForAutomateTesting()
 {
@@ -180,11 +207,11 @@ void KQAccessibility::setChildrenToGroup(const QList<QAccessibleInterface *> &ch
 {
     KQAccessibilityNode *group = groupAccessbility();
     KQAssert(group != nullptr);
-    group->setAccessibilityChildren(children);
-    for (QAccessibleInterface *child : children) {
-        if (auto *node = dynamic_cast<KQAccessibilityNode *>(child))
-            node->setAccessibilityParent(group);
-    }
+    QList<QAccessibleInterface *> adopted;
+    adopted.reserve(children.size());
+    for (QAccessibleInterface *child : children)
+        adopted.append(adoptIntoGroup(child, group));
+    group->setAccessibilityChildren(adopted);
 }
 
 void KQAccessibility::resetGroupChildren()
@@ -205,10 +232,8 @@ void KQAccessibility::addChildToGroup(QAccessibleInterface *child)
     KQAccessibilityNode *group = groupAccessbility();
     KQAssert(group != nullptr);
     KQAssert(child != nullptr);
-    if (auto *node = dynamic_cast<KQAccessibilityNode *>(child))
-        node->setAccessibilityParent(group);
     QList<QAccessibleInterface *> children = group->accessibilityChildren();
-    children.append(child);
+    children.append(adoptIntoGroup(child, group));
     group->setAccessibilityChildren(children);
 }
 

@@ -5,7 +5,11 @@ KQTab::KQTab(QObject *parent)
 {
 }
 
-KQTab::~KQTab() = default;
+KQTab::~KQTab()
+{
+    if (m_ownsView && _view && !_view->parentWidget())
+        delete _view.data();
+}
 
 QWidget *KQTab::view() const
 {
@@ -17,6 +21,7 @@ void KQTab::setView(QWidget *view)
     if (_view == view)
         return;
     _view = view;
+    m_ownsView = view && !view->parentWidget();
     Q_EMIT viewChanged();
 }
 

@@ -11,8 +11,12 @@
 // selected, the icon drawn in the tab bar, the icon's tooltip, an optional
 // widget to focus when the tab is installed, and the client's tag.
 //
-// The widgets are owned elsewhere (by the client, or by the tab view once
-// installed) and held weakly: a tab whose view was destroyed shows nothing.
+// The widgets are held weakly: a tab whose view was destroyed shows nothing.
+// A content widget given to the tab without a parent belongs to the tab: the
+// tab deletes it when it dies, unless by then the widget has a parent or the
+// tab was given another one (the caller has it back then). A tab
+// view only borrows it while the tab is selected (see KQTabView). A widget
+// given with a parent belongs to that parent, as usual in Qt.
 class TARNCOMMON_EXPORT KQTab : public QObject
 {
     Q_OBJECT
@@ -53,6 +57,7 @@ Q_SIGNALS:
 private:
     QIcon _icon;
     QPointer<QWidget> _view;
+    bool m_ownsView = false;
     QPointer<QWidget> _initialFirstResponder;
     qint64 _tag = 0;
     QString _iconTooltip;

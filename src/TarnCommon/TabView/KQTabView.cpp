@@ -20,7 +20,7 @@ static_assert(KQTabView::kTabBarHeight == KQTabBar::kBarHeight, "one bar height 
 
 KQTabViewDelegate::~KQTabViewDelegate() = default;
 
-QSizeF KQTabView::frameSizeForTabViewSize(const QSizeF &size)
+QSizeF KQTabView::frameSizeForTabViewSize(const QSizeF &size) const
 {
     return QSizeF(size.width(), size.height() + kTabBarHeight);
 }
@@ -50,8 +50,12 @@ KQTabView::KQTabView(const QList<KQTab *> &tabs, QWidget *parent)
         largest.setWidth(std::max(largest.width(), double(view->width())));
         largest.setHeight(std::max(largest.height(), double(view->height())));
     }
-    const QSizeF frame = frameSizeForTabViewSize(largest);
+    // A constructor reaches only this class's rule; a subclass's follows at
+    // the first polish.
+    const QSizeF frame = KQTabView::frameSizeForTabViewSize(largest);
     setGeometry(QRect(0, 0, int(std::ceil(frame.width())), int(std::ceil(frame.height()))));
+    m_initialContentSize = largest;
+    m_constructedSize = size();
     setTabs(tabs);
 }
 
@@ -59,16 +63,76 @@ void KQTabView::init()
 {
     m_tracker = std::make_unique<KQTabClickTracker>();
     // Before Qt makes an interface for this widget, so ours is the one it keeps.
-    if (KQAccessibility::validForAutomateTesting())
+    if (KQAccessibility::validForAutomateTesting()) {
         KQAccessibleChildren::installFactory();
+        connect(this, &KQTabView::tabsChanged, m_tabWatcher.get(), [this] { refreshAccessibility(); });
+        connect(this, &KQTabView::selectedTabChanged, m_tabWatcher.get(), [this] { refreshAccessibility(); });
+    }
 }
 
 KQTabView::~KQTabView()
 {
-    // The buttons live in Qt's accessibility cache; take them out with us.
-    for (QAccessible::Id id : std::as_const(m_accessibilityButtons))
-        QAccessible::deleteAccessibleInterface(id);
-    m_accessibilityButtons.clear();
+    // The widget on show goes back to its owner rather than dying with us.
+    if (m_installedView && m_installedView->parentWidget() == this) {
+        m_installedView->hide();
+        giveBackInstalledView();
+    }
+    m_installedView = nullptr;
+    // The widgets that stood for the buttons outlive the group.
+    for (const QPointer<QWidget> &standIn : std::as_const(m_accessibilityStandIns))
+        KQAccessibleChildren::clearAttributes(standIn);
+    m_accessibilityStandIns.clear();
+}
+
+void KQTabView::setGeometry(const QRect &rect)
+{
+    m_initialContentSize.reset();
+    QWidget::setGeometry(rect);
+    layoutContent();
+}
+
+void KQTabView::setGeometry(int x, int y, int w, int h)
+{
+    setGeometry(QRect(x, y, w, h));
+}
+
+void KQTabView::resize(const QSize &size)
+{
+    m_initialContentSize.reset();
+    QWidget::resize(size);
+    layoutContent();
+}
+
+void KQTabView::resize(int w, int h)
+{
+    resize(QSize(w, h));
+}
+
+void KQTabView::layoutContent()
+{
+    // The selected widget follows the tab view's size in both directions.
+    if (m_installedView && m_installedView->parentWidget() == this)
+        m_installedView->setGeometry(KQTabBar::contentFrameForBounds(QRectF(rect())).toRect());
+}
+
+void KQTabView::applyInitialFrameSize()
+{
+    // Sized by someone else in between (a layout, through a QWidget pointer):
+    // that size stands.
+    if (!m_initialContentSize || size() != m_constructedSize) {
+        m_initialContentSize.reset();
+        return;
+    }
+    const QSizeF frame = frameSizeForTabViewSize(*m_initialContentSize);
+    resize(int(std::ceil(frame.width())), int(std::ceil(frame.height())));
+}
+
+bool KQTabView::event(QEvent *event)
+{
+    // The first moment a subclass's frame rule can be asked.
+    if (event->type() == QEvent::Polish)
+        applyInitialFrameSize();
+    return QWidget::event(event);
 }
 
 void KQTabView::adopt(KQTab *tab)
@@ -80,6 +144,11 @@ void KQTabView::adopt(KQTab *tab)
     connect(tab, &QObject::destroyed, m_tabWatcher.get(), [this](QObject *gone) { forgetTab(gone); });
     // The bar shows the icon: a new one must be drawn.
     connect(tab, &KQTab::iconChanged, m_tabWatcher.get(), [this] { update(); });
+    if (KQAccessibility::validForAutomateTesting()) {
+        // The buttons are the tabs' widgets, titled with their tooltips.
+        connect(tab, &KQTab::viewChanged, m_tabWatcher.get(), [this] { refreshAccessibility(); });
+        connect(tab, &KQTab::iconTooltipChanged, m_tabWatcher.get(), [this] { refreshAccessibility(); });
+    }
 }
 
 void KQTabView::forgetTab(QObject *tab)
@@ -88,14 +157,17 @@ void KQTabView::forgetTab(QObject *tab)
     const auto matches = [tab](KQTab *candidate) { return static_cast<QObject *>(candidate) == tab; };
     const bool wasVisible = _tabs.removeIf(matches) > 0;
     _hiddenTabs.removeIf(matches);
-    if (const auto it = m_accessibilityButtons.constFind(tab); it != m_accessibilityButtons.cend()) {
-        QAccessible::deleteAccessibleInterface(it.value());
-        m_accessibilityButtons.erase(it);
-    }
     // The selected tab went (its pointer has already cleared itself): its
     // widget must not stay on show with nothing selected.
     if (!_selectedTab && m_installedView) {
-        tearDownSelectedTab();
+        QPointer<QWidget> view = m_installedView;
+        if (view && view->parentWidget() == this) {
+            view->hide();
+            // A widget its tab owned has no one left to go back to.
+            if (giveBackInstalledView())
+                delete view.data();
+        }
+        m_installedView = nullptr;
         Q_EMIT selectedTabChanged(nullptr);
     }
     if (wasVisible)
@@ -175,10 +247,25 @@ void KQTabView::selectTab(KQTab *tab)
 
 void KQTabView::tearDownSelectedTab()
 {
-    // Hidden rather than orphaned: the tab view keeps the widget alive.
-    if (m_installedView && m_installedView->parentWidget() == this)
+    if (m_installedView && m_installedView->parentWidget() == this) {
         m_installedView->hide();
+        giveBackInstalledView();
+    }
     m_installedView = nullptr;
+}
+
+bool KQTabView::giveBackInstalledView()
+{
+    QWidget *view = m_installedView;
+    const bool parentless = m_installedWasParentless;
+    QWidget *owner = m_installedOwner;
+    m_installedOwner = nullptr;
+    m_installedWasParentless = false;
+    if (!view || owner == this)
+        return false;
+    // Reparenting keeps the widget hidden.
+    view->setParent(owner);
+    return parentless;
 }
 
 void KQTabView::setUpSelectedTab()
@@ -188,6 +275,8 @@ void KQTabView::setUpSelectedTab()
     QWidget *view = _selectedTab->view();
     if (!view)
         return;
+    m_installedOwner = view->parentWidget();
+    m_installedWasParentless = view->parentWidget() == nullptr;
     if (view->parentWidget() != this)
         view->setParent(this);
     view->setGeometry(KQTabBar::contentFrameForBounds(QRectF(rect())).toRect());
@@ -200,9 +289,9 @@ void KQTabView::setUpSelectedTab()
 void KQTabView::resizeEvent(QResizeEvent *event)
 {
     QWidget::resizeEvent(event);
-    // The selected widget follows the tab view's size in both directions.
-    if (m_installedView && m_installedView->parentWidget() == this)
-        m_installedView->setGeometry(KQTabBar::contentFrameForBounds(QRectF(rect())).toRect());
+    // Sizes set through a QWidget pointer arrive here (for a hidden tab view,
+    // once it is shown).
+    layoutContent();
 }
 
 void KQTabView::hideEvent(QHideEvent *event)

@@ -3,7 +3,6 @@
 #include <TarnCommon/TarnCommonExport.h>
 #include <TarnCommon/ToolTipping_ZL.h>
 
-#include <QtCore/QHash>
 #include <QtCore/QList>
 #include <QtCore/QPointer>
 #include <QtCore/QSizeF>
@@ -12,6 +11,7 @@
 #include <QtWidgets/QWidget>
 
 #include <memory>
+#include <optional>
 
 class KQAccessibility;
 class KQTab;
@@ -39,13 +39,30 @@ Q_DECLARE_INTERFACE(KQTabViewDelegate, KQTabViewDelegate_iid)
 // Tabs can be hidden from the bar and shown again by tag; every operation
 // taking a tag acts on the first tab (in list order) carrying it. Tabs
 // without a parent are adopted by the tab view; a destroyed tab simply drops
-// out of it. The selected tab's widget becomes a child of the tab view and
-// fills everything below the bar; the widget of a tab that is no longer
-// selected is hidden but stays a child, so the tab view keeps it alive.
+// out of it.
+//
+// Ownership of a content widget: the tab view never owns one, it borrows the
+// selected tab's. Installing the widget makes it a child of the tab view,
+// filling everything below the bar; when the tab view stops showing it (the
+// selection moves, the tab is dropped, or the tab view dies) the widget is
+// hidden and given back to the parent it had before, or made parentless
+// again if it had none — and a parentless widget belongs to its tab (see
+// KQTab). A widget the caller made a child of the tab view itself stays one.
+//
+// The selected widget follows the tab view's size at once whenever the tab
+// view's own setGeometry/resize (or the geometry and size properties) set
+// it, shown or hidden. Qt tells a hidden widget nothing of a size set
+// through a plain QWidget pointer, so such a change is applied when the tab
+// view is shown.
 //
 // With the "enableScriptingAutomationTesting" setting on (see
 // KQAccessibility), the bar is exposed to accessibility clients as a group
-// "TabView Group" holding one button per visible tab.
+// "TabView Group" holding one button per visible tab. Each tab's content
+// widget itself stands for its button: its controls are reached under it,
+// pressing it selects the tab as a click does, and the selected tab's button
+// is checked. The tree follows the
+// selection, the visible tabs and their widgets and tooltips at once, and
+// Qt's accessibility events tell clients of each change.
 class TARNCOMMON_EXPORT KQTabView : public QWidget, public ToolTipping_ZL
 {
     Q_OBJECT
@@ -55,12 +72,19 @@ class TARNCOMMON_EXPORT KQTabView : public QWidget, public ToolTipping_ZL
     Q_PROPERTY(KQTab *selectedTab READ selectedTab NOTIFY selectedTabChanged)
     Q_PROPERTY(KQAccessibility *kqAccessibilityTabView READ kqAccessibilityTabView WRITE
                    setKqAccessibilityTabView NOTIFY kqAccessibilityTabViewChanged)
+    // Redeclared so that setting them by name lays the content out at once.
+    Q_PROPERTY(QRect geometry READ geometry WRITE setGeometry)
+    Q_PROPERTY(QSize size READ size WRITE resize DESIGNABLE false STORED false)
 
 public:
     static constexpr double kTabBarHeight = 27.0;
 
-    // The frame a tab view needs for content of the given size.
-    static QSizeF frameSizeForTabViewSize(const QSizeF &size);
+    // The frame a tab view needs for content of the given size: the bar's
+    // height added. A subclass may change it; the tabs constructor can only
+    // use this class's rule, so an override takes effect when the tab view is
+    // first polished (before it is first shown or laid out), unless it has
+    // been sized in between.
+    virtual QSizeF frameSizeForTabViewSize(const QSizeF &size) const;
 
     // An empty tab view, optionally with the given frame.
     explicit KQTabView(QWidget *parent = nullptr);
@@ -69,6 +93,13 @@ public:
     // heights taken independently), with the first tab selected.
     explicit KQTabView(const QList<KQTab *> &tabs, QWidget *parent = nullptr);
     ~KQTabView() override;
+
+    // As QWidget's, and the selected widget is laid out at once, even while
+    // the tab view is hidden.
+    void setGeometry(const QRect &rect);
+    void setGeometry(int x, int y, int w, int h);
+    void resize(const QSize &size);
+    void resize(int w, int h);
 
     // Replaces the visible tabs (hidden ones stay hidden) and selects the first.
     void setTabs(const QList<KQTab *> &tabs);
@@ -111,8 +142,9 @@ public:
     KQTab *tabAtPoint(const QPointF &point) const;
     // The tab under the pointer while the mouse button is down, else null.
     KQTab *pressedDownTab() const;
-    void drawTabBarInRect(QPainter &painter, const QRectF &bar);
-    void drawTab(QPainter &painter, KQTab *tab, const QRectF &cell);
+    // The bar's drawing; a subclass may change either.
+    virtual void drawTabBarInRect(QPainter &painter, const QRectF &bar);
+    virtual void drawTab(QPainter &painter, KQTab *tab, const QRectF &cell);
 
     // Accessibility.
     void initializeAccessibility();
@@ -131,6 +163,7 @@ Q_SIGNALS:
     void kqAccessibilityTabViewChanged();
 
 protected:
+    bool event(QEvent *event) override;
     void paintEvent(QPaintEvent *event) override;
     void mousePressEvent(QMouseEvent *event) override;
     void mouseMoveEvent(QMouseEvent *event) override;
@@ -146,7 +179,12 @@ private:
     void adopt(KQTab *tab);
     void forgetTab(QObject *tab);
     bool needsToDraw(const QRectF &rect) const;
-    QAccessible::Id accessibilityButtonFor(KQTab *tab);
+    void layoutContent();
+    void applyInitialFrameSize();
+    // Gives the installed widget back to its owner; answers whether the tab
+    // owned it (it had no parent when installed).
+    bool giveBackInstalledView();
+    void refreshAccessibility();
 
     QList<KQTab *> _tabs;
     QList<KQTab *> _hiddenTabs;
@@ -156,9 +194,17 @@ private:
     // The widget setUpSelectedTab installed: the one to take down, even if
     // the tab has since been given another widget or is gone.
     QPointer<QWidget> m_installedView;
+    // Its parent before it was installed, given it back afterwards.
+    QPointer<QWidget> m_installedOwner;
+    bool m_installedWasParentless = false;
+    // The largest content size of the tabs constructor, until the first
+    // polish sizes the tab view with a subclass's frame rule.
+    std::optional<QSizeF> m_initialContentSize;
+    QSize m_constructedSize;
+    // The content widgets standing for the group's buttons.
+    QList<QPointer<QWidget>> m_accessibilityStandIns;
     std::unique_ptr<KQTabClickTracker> m_tracker;
     QRegion m_dirtyRegion; // during paintEvent; empty means draw everything
-    QHash<const QObject *, QAccessible::Id> m_accessibilityButtons;
     // Receives the tabs' signals (destroyed, iconChanged). Declared last, so it goes first
     // when the tab view dies: tabs destroyed with the widget's children
     // (including ones setTabs dropped) no longer reach a half-destroyed view.

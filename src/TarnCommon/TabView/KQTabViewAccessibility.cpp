@@ -1,6 +1,7 @@
 // The tab view's side of the accessibility groups: the group "TabView Group"
-// with one button per visible tab, rebuilt whenever the tab view's children
-// are asked for.
+// in which each visible tab's content widget stands for the tab's button,
+// rebuilt whenever the tab view's children are asked for and whenever the
+// tabs change.
 #include <TarnCommon/KQTabView.h>
 
 #include "KQAccessibleWidget_p.h"
@@ -31,47 +32,86 @@ void KQTabView::initializeAccessibility()
     });
     accessibility->startInitializeAccessibility([] {});
     accessibility->reloadAccessibilityHierarchy();
+    // Clients drop the old group and read the new one.
+    KQAccessibleChildren::notify(QAccessible::queryAccessibleInterface(this), QAccessible::ObjectReorder);
 }
 
-QAccessible::Id KQTabView::accessibilityButtonFor(KQTab *tab)
+void KQTabView::refreshAccessibility()
 {
-    // One button per tab for its whole life, so clients holding it keep a
-    // valid element across rebuilds; a rebuild only refreshes its values.
-    if (KQAccessibilityNode *button = KQAccessibilityNode::fromId(m_accessibilityButtons.value(tab, 0)))
-        return button->accessibilityId();
-    KQAccessibilityNode *button = KQAccessibilityNode::create();
-    button->setAccessibilityRole(QAccessible::Button);
-    const QAccessible::Id id = button->accessibilityId();
-    m_accessibilityButtons.insert(tab, id);
-    return id;
+    if (KQAccessibility::validForAutomateTesting() && _kqAccessibilityTabView)
+        _kqAccessibilityTabView->reloadAccessibilityHierarchy();
 }
 
 void KQTabView::setupKQAccessibilityHierarchy()
 {
     if (!_kqAccessibilityTabView)
         return;
+    KQAccessibilityNode *group = _kqAccessibilityTabView->groupAccessbility();
+    if (!group)
+        return;
+    const QList<QAccessibleInterface *> before = group->accessibilityChildren();
+    QStringList titlesBefore;
+    QList<bool> checkedBefore;
+    for (QAccessibleInterface *button : before) {
+        titlesBefore << button->text(QAccessible::Name);
+        checkedBefore << button->state().checked;
+    }
+
     QList<QAccessibleInterface *> children;
+    QList<QPointer<QWidget>> standIns;
     // The rule is stated in y-up screen space: convert in, compute, convert out.
     const QRectF windowFrame = KQScreenSpace::fromGlobal(QRectF(window()->frameGeometry()));
     const QRectF bounds(rect());
     const qsizetype count = _tabs.size();
     QAccessibleInterface *tabViewInterface = QAccessible::queryAccessibleInterface(this);
+    const QPointer<KQTabView> self(this);
 
     for (qsizetype i = 0; i < _tabs.size(); ++i) {
         KQTab *tab = _tabs.at(i);
-        KQAccessibilityNode *button = KQAccessibilityNode::fromId(accessibilityButtonFor(tab));
-        if (!button)
+        // The tab's widget itself is its button, so its controls hang under it.
+        QWidget *view = tab->view();
+        if (!view)
             continue;
-        button->setAccessibilityParent(tabViewInterface);
-        button->setAccessibilityTitle(tab->iconTooltip());
-        button->setAccessibilityRole(QAccessible::Button);
-        button->setAccessibilityFrame(
-            KQScreenSpace::toGlobal(KQTabBar::accessibilityButtonFrame(windowFrame, bounds, count, i)));
-        children.append(button);
+        KQAccessibleChildren::setAccessibilityParent(view, tabViewInterface);
+        KQAccessibleChildren::setAccessibilityTitle(view, tab->iconTooltip());
+        KQAccessibleChildren::setAccessibilityRole(view, QAccessible::Button);
+        KQAccessibleChildren::setAccessibilityChecked(view, tab == _selectedTab);
+        KQAccessibleChildren::setAccessibilityFrame(
+            view, KQScreenSpace::toGlobal(KQTabBar::accessibilityButtonFrame(windowFrame, bounds, count, i)));
+        // Pressed, it selects the tab as a click does.
+        const QPointer<KQTab> pressed(tab);
+        KQAccessibleChildren::setPressAction(view, [self, pressed] {
+            if (self && pressed && self->_tabs.contains(pressed.data()))
+                self->selectTab(pressed);
+        });
+        if (QAccessibleInterface *button = QAccessible::queryAccessibleInterface(view)) {
+            children.append(button);
+            standIns.append(view);
+        }
     }
     // With no visible tab the group keeps what it had.
-    if (!children.isEmpty())
-        _kqAccessibilityTabView->setChildrenToGroup(children);
+    if (children.isEmpty())
+        return;
+    // Widgets no longer standing for a button answer as themselves again.
+    for (const QPointer<QWidget> &previous : std::as_const(m_accessibilityStandIns)) {
+        if (previous && !standIns.contains(previous))
+            KQAccessibleChildren::clearAttributes(previous);
+    }
+    m_accessibilityStandIns = standIns;
+    _kqAccessibilityTabView->setChildrenToGroup(children);
+
+    // Told without polling: a new set of buttons, new titles, a new selection.
+    const QList<QAccessibleInterface *> after = group->accessibilityChildren();
+    if (after != before) {
+        KQAccessibleChildren::notify(group, QAccessible::ObjectReorder);
+        return;
+    }
+    for (qsizetype i = 0; i < after.size(); ++i) {
+        if (after.at(i)->text(QAccessible::Name) != titlesBefore.at(i))
+            KQAccessibleChildren::notify(after.at(i), QAccessible::NameChanged);
+        if (after.at(i)->state().checked != checkedBefore.at(i))
+            KQAccessibleChildren::notifyCheckedChanged(after.at(i));
+    }
 }
 
 QList<QAccessibleInterface *> KQTabView::accessibilityChildren()
