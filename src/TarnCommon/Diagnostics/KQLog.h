@@ -72,7 +72,7 @@ TARNCOMMON_EXPORT void _ZLLog(const char *file, int64_t line, const char *functi
     QTest::ignoreMessage(). Without a handler of the application's own they
     are written to standard output, byte for byte as printed before.
 */
-TARNCOMMON_EXPORT const QLoggingCategory &TARNCOMMON_LOG();
+extern "C" TARNCOMMON_EXPORT const QLoggingCategory &TARNCOMMON_LOG();
 
 /*!
     \brief The logging category of assertion reports, "tarn.common.assert".
@@ -82,7 +82,7 @@ TARNCOMMON_EXPORT const QLoggingCategory &TARNCOMMON_LOG();
     handler of the application's own it is written to standard error between
     two empty lines.
 */
-TARNCOMMON_EXPORT const QLoggingCategory &TARNCOMMON_ASSERT_LOG();
+extern "C" TARNCOMMON_EXPORT const QLoggingCategory &TARNCOMMON_ASSERT_LOG();
 
 /*!
     \brief A message that is not a format string, described for the log.

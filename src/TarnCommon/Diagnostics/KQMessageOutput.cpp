@@ -5,8 +5,18 @@
 #include <cstdio>
 #include <cstring>
 
-Q_LOGGING_CATEGORY(TARNCOMMON_LOG, "tarn.common")
-Q_LOGGING_CATEGORY(TARNCOMMON_ASSERT_LOG, "tarn.common.assert")
+// Unmangled like the library's other parameterless functions.
+extern "C" const QLoggingCategory &TARNCOMMON_LOG()
+{
+    static const QLoggingCategory category("tarn.common");
+    return category;
+}
+
+extern "C" const QLoggingCategory &TARNCOMMON_ASSERT_LOG()
+{
+    static const QLoggingCategory category("tarn.common.assert");
+    return category;
+}
 
 namespace {
 
