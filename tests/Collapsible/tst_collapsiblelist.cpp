@@ -1,7 +1,7 @@
 #include "KQViewAnimation_p.h"
 #include "RecordingDelegates.h"
 #include "KQWidgetState_p.h"
-#include "StreamCapture.h"
+#include "MessageCapture.h"
 
 #include <TarnCommon/KQCollapsibleListView.h>
 #include <TarnCommon/KQSettings.h>
@@ -293,7 +293,7 @@ private Q_SLOTS:
         QFETCH(QByteArray, expectedText);
         KQCollapsibleListView list;
         const std::unique_ptr<KQCollapsibleView> stranger(makeView(QStringLiteral("S")));
-        StreamCapture capture(stderr);
+        MessageCapture capture;
         switch (operation) {
         case 0: list.addCollapsableView(nullptr); break;
         case 1: list.setHiddenForCollapsableView(true, nullptr); break;
@@ -537,7 +537,7 @@ private Q_SLOTS:
         view->resize(120, 500);
         QCOMPARE(view->size(), QSize(width, 500));
 
-        StreamCapture capture(stderr);
+        MessageCapture capture;
         QVERIFY(!ZLWrapVerticalScrollViewAroundView(nullptr));
         QVERIFY(capture.text().contains("(view != nullptr)"));
     }

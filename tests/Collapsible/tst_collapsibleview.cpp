@@ -1,5 +1,5 @@
 #include "RecordingDelegates.h"
-#include "StreamCapture.h"
+#include "MessageCapture.h"
 
 #include <TarnCommon/KQCollapsibleView.h>
 #include <TarnCommon/KQSettings.h>
@@ -237,7 +237,7 @@ private Q_SLOTS:
         const auto view = makeView(QStringLiteral("Fixed"), false);
         RecordingViewDelegate delegate;
         view->setDelegate(&delegate);
-        StreamCapture capture(stderr);
+        MessageCapture capture;
         view->setCollapsed(true, false);
         const QByteArray report = capture.text();
         QVERIFY2(report.contains("(_canCollapse)"), report.constData());
@@ -245,14 +245,14 @@ private Q_SLOTS:
         QCOMPARE(view->height(), 118);
         QVERIFY(delegate.log.isEmpty());
 
-        StreamCapture quiet(stderr);
+        MessageCapture quiet;
         view->setCollapsed(false, false);
         QVERIFY(quiet.text().isEmpty());
     }
 
     void invalidInitializerIsReported()
     {
-        StreamCapture capture(stderr);
+        MessageCapture capture;
         KQCollapsibleView view(QRect(0, 0, 50, 40));
         QVERIFY(capture.text().contains("Invalid initializer method called"));
         QVERIFY(view.title().isNull());

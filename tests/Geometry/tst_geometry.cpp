@@ -1,6 +1,6 @@
 #include <TarnCommon/KQGeometry.h>
 
-#include "StreamCapture.h"
+#include "MessageCapture.h"
 
 #include <QtCore/QRegularExpression>
 #include <QtTest/QtTest>
@@ -113,7 +113,7 @@ void tst_Geometry::setEdge()
 
 void tst_Geometry::invalidEdgeIsLoggedAndIgnored()
 {
-    StreamCapture out(stdout);
+    MessageCapture out;
     const QRectF r = q_RECT_set_edge_to_location(QRectF(1, 2, 3, 4), 4, 100.0);
     const QRectF r2 = q_RECT_set_edge_to_location(QRectF(1, 2, 3, 4), 0xFFFFFFFFu, 100.0);
     QVERIFY(sameRect(r, QRectF(1, 2, 3, 4)));

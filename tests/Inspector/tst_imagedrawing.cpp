@@ -1,4 +1,4 @@
-#include "StreamCapture.h"
+#include "MessageCapture.h"
 
 #include <TarnCommon/KQImageDrawing.h>
 #include <TarnCommon/KQSettings.h>
@@ -70,7 +70,7 @@ void tst_ImageDrawing::transparentCopy()
 
 void tst_ImageDrawing::badInputIsRefused()
 {
-    StreamCapture errors(stderr);
+    MessageCapture errors;
     QVERIFY(q_IMAGE_transparent_image_from_image(QImage(), 0.5).isNull());
     q_DRAWING_flip_graphics_context_for_rect(nullptr, QRectF(0, 0, 1, 1));
     const QByteArray text = errors.text();

@@ -1,6 +1,6 @@
 #include "InspectorTestSupport.h"
 #include "KQInspectorLayout_p.h"
-#include "StreamCapture.h"
+#include "MessageCapture.h"
 
 #include <TarnCommon/KQEmptyInspectorMode.h>
 #include <TarnCommon/KQError.h>
@@ -288,7 +288,7 @@ void tst_InspectorWindow::lookupAsksKeyWindowThenMainWindow()
     // An answer that is no focus owner is refused and counts as none.
     QObject stranger;
     DocumentWindow confused(&stranger);
-    StreamCapture output(stdout);
+    MessageCapture output;
     QVERIFY(activate(&confused));
     QVERIFY(output.text().contains("does not implement KQInspectorFocusOwner"));
     QCOMPARE(inspector->focusOwner(), nullptr);
@@ -368,7 +368,7 @@ void tst_InspectorWindow::limitAssertions()
     s.mode.setViewSize(QSize(123, 45));
     auto inspector = makeShownInspector(QRect(100, 200, 500, 50));
 
-    StreamCapture errors(stderr);
+    MessageCapture errors;
     inspector->setFocusOwner(&s.owner);
     const QString text = QString::fromUtf8(errors.text());
     QVERIFY2(text.contains("(" + report + ")"), qPrintable(text));

@@ -1,4 +1,4 @@
-#include "StreamCapture.h"
+#include "MessageCapture.h"
 #include "TabViewTestSupport.h"
 
 #include <TarnCommon/KQAccessibility.h>
@@ -432,7 +432,7 @@ void tst_KQTabView::selectForeignTabIsRefused()
     RecordingDelegate delegate;
     view->setDelegate(&delegate);
 
-    StreamCapture capture(stderr);
+    MessageCapture capture;
     view->selectTab(foreign);
     const QString report = QString::fromUtf8(capture.text());
     QVERIFY2(report.contains(QStringLiteral("tab == nil || [_tabs containsObject:tab]")), qPrintable(report));
@@ -526,7 +526,7 @@ void tst_KQTabView::tabOperations()
     for (const QString &step : setup)
         run(view, step);
     QSignalSpy spy(view, &KQTabView::tabsChanged);
-    StreamCapture capture(stderr);
+    MessageCapture capture;
     QCOMPARE(run(view, operation), result);
     QCOMPARE(!capture.text().isEmpty(), reported);
     QCOMPARE(!spy.isEmpty(), changed);

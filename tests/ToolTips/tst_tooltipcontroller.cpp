@@ -2,7 +2,7 @@
 // notification that KQApplication posts, and the real window shown after the
 // rest time of an injected clock.
 #include "AnsweringWidget.h"
-#include "StreamCapture.h"
+#include "MessageCapture.h"
 #include "ToolTipController_ZL_p.h"
 #include "ToolTipTiming_ZL_p.h"
 
@@ -189,7 +189,7 @@ private Q_SLOTS:
 
     void nullNotificationIsReported()
     {
-        StreamCapture output({stdout, stderr});
+        MessageCapture output;
         KQPostAfterEventNotification(nullptr);
         QVERIFY(output.text().contains("Assertion: (theEvent)"));
     }

@@ -1,6 +1,6 @@
 // The tooltip timing rules, driven by scripts on an injected clock against a
 // recording stand-in for the window.
-#include "StreamCapture.h"
+#include "MessageCapture.h"
 #include "ToolTipTiming_ZL_p.h"
 
 #include <TarnCommon/KQSettings.h>
@@ -110,7 +110,7 @@ private Q_SLOTS:
         });
         rules.setPresenter(&recorder);
 
-        StreamCapture output({stdout, stderr});
+        MessageCapture output;
         for (const QString &step : steps.split(QLatin1Char(' '), Qt::SkipEmptyParts)) {
             const QString value = step.mid(2);
             if (step == QLatin1String("detach"))

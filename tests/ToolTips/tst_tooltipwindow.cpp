@@ -1,6 +1,6 @@
 // The tooltip window: its size for the text, its placement near the pointer
 // and the screens' edges, and showing, hiding and fading.
-#include "StreamCapture.h"
+#include "MessageCapture.h"
 #include "ToolTipWindow_ZL_p.h"
 
 #include <TarnCommon/KQSettings.h>
@@ -94,7 +94,7 @@ private Q_SLOTS:
         QFETCH(QPointF, origin);
         QFETCH(bool, onScreen);
         const QList<QRectF> frames{QRectF(0, 0, 1000, 700), QRectF(1000, 100, 800, 600)};
-        StreamCapture output({stdout, stderr});
+        MessageCapture output;
         QCOMPARE(ToolTipWindowOrigin(pointer, QSizeF(width, 20), frames, 16.0), origin);
         const QByteArray expected = QStringLiteral("No screen found at point {%1, %2}").arg(pointer.x()).arg(pointer.y()).toUtf8();
         QCOMPARE(output.text().contains(expected), !onScreen);

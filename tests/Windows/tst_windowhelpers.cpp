@@ -1,4 +1,4 @@
-#include "StreamCapture.h"
+#include "MessageCapture.h"
 #include "ConstrainFrameRect_p.h"
 
 #include <TarnCommon/CocoaExtensions_ZL.h>
@@ -142,7 +142,7 @@ void tst_WindowHelpers::delegateSetting()
     SettingsDelegate delegate;
     if (withDelegate)
         kq_setWindowDelegate(&window, &delegate);
-    StreamCapture output(stdout);
+    MessageCapture output;
     QCOMPARE(window.f_getDelegateSetting(method, defaultValue), expected);
     QCOMPARE(output.text().contains("NSWindow_ZL delegate functions won't work properly"), warns);
 }
@@ -182,7 +182,7 @@ void tst_WindowHelpers::alert()
     QCOMPARE(alert.isNull(), parented);
 
     // The parented form needs its parent.
-    StreamCapture errors(stderr);
+    MessageCapture errors;
     QCOMPARE(f_alertWithShortText(shortText, longText, QMessageBox::Warning, nullptr), nullptr);
     QVERIFY(errors.text().contains("parent != nullptr"));
 }

@@ -40,25 +40,25 @@ struct KQHeightLimits
 // The view's own limits: a resizable view may shrink to its header and, while
 // expanded, grow without end (the largest finite double); otherwise both
 // limits are its current height.
-TARNCOMMON_EXPORT KQHeightLimits viewHeightLimits(double currentHeight, bool heightResizable, bool collapsed);
+KQHeightLimits viewHeightLimits(double currentHeight, bool heightResizable, bool collapsed);
 
 // Sums of the visible views' limits (0 and 0 without a visible view). The
 // sum of two unlimited maxima overflows to infinity, which is fine: it only
 // means "unlimited".
-TARNCOMMON_EXPORT KQHeightLimits listHeightLimits(const QList<KQStackItem> &items);
+KQHeightLimits listHeightLimits(const QList<KQStackItem> &items);
 
 // The frames of the views stacked top to bottom at full width in a list of
 // the given size. The spare height (or the shortfall) goes to the first
 // resizable, expanded view as far as its limits allow, the rest to the next
 // one, and so on. Hidden views keep their frame. No answer for a list
 // without width or height: nothing is to be laid out then.
-TARNCOMMON_EXPORT std::optional<QList<QRectF>> stackFrames(const QList<KQStackItem> &items, double width,
+std::optional<QList<QRectF>> stackFrames(const QList<KQStackItem> &items, double width,
                                                            double height);
 
 // The height a list fitting its views takes: its current height clamped to
 // the limits, the maximum winning on a conflict (unlike the frame clamp,
 // where the minimum wins).
-TARNCOMMON_EXPORT double fittedListHeight(double currentHeight, const KQHeightLimits &limits);
+double fittedListHeight(double currentHeight, const KQHeightLimits &limits);
 
 // What the list adds to a view's height animation: the visible views after
 // the animating one slide by the change, and the list ends at the sum of the
@@ -68,18 +68,18 @@ struct KQAnimationPlan
     QList<std::pair<qsizetype, QRectF>> moves; // index of a view, its end frame
     double listHeight = 0.0;
 };
-TARNCOMMON_EXPORT KQAnimationPlan animationPlan(const QList<KQStackItem> &items, qsizetype animatingIndex,
+KQAnimationPlan animationPlan(const QList<KQStackItem> &items, qsizetype animatingIndex,
                                                 double fromHeight, double toHeight);
 
 // The titles stored for a list: the titles of its collapsed views, in list
 // order (untitled views, given as null strings, never listed).
-TARNCOMMON_EXPORT QStringList collapsedTitlesToSave(const QList<std::pair<QString, bool>> &titlesAndCollapsed);
+QStringList collapsedTitlesToSave(const QList<std::pair<QString, bool>> &titlesAndCollapsed);
 
 // Reads a stored value back as titles. A list of strings is the normal
 // form; a single string is a one-title list (how INI files keep one-element
 // lists); nothing stored is no titles. Whatever else a damaged settings file
 // holds yields the strings it does contain, and *damaged is set so the
 // caller can report it.
-TARNCOMMON_EXPORT QStringList storedTitles(const QVariant &stored, bool *damaged = nullptr);
+QStringList storedTitles(const QVariant &stored, bool *damaged = nullptr);
 
 } // namespace KQCollapsibleStacking

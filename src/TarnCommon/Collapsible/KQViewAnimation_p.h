@@ -8,7 +8,7 @@
 // Moves every target from the frame it has when the animation is made to its
 // end frame, linearly. A duration of 0 still runs through QVariantAnimation:
 // start() then finishes at once, with the end frames applied.
-class TARNCOMMON_EXPORT KQViewAnimation : public QVariantAnimation
+class KQViewAnimation : public QVariantAnimation
 {
     Q_OBJECT
 public:

@@ -18,15 +18,31 @@ TARNCOMMON_EXTERN_C TARNCOMMON_EXPORT void KQAssertionFailed(const char *conditi
 //     KQAssert(count >= 0, {});                  // any default-constructible result
 //
 // KQAssertText() reports a given condition text instead of the source text.
-#define KQAssertText(conditionText, condition, ...)                                           \
+#define KQAssertText(...) KQ_ASSERT_SELECT_4TH(__VA_ARGS__, KQ_ASSERT_TEXT_3, KQ_ASSERT_TEXT_2, unused)(__VA_ARGS__)
+#define KQAssert(...) KQ_ASSERT_SELECT_3RD(__VA_ARGS__, KQ_ASSERT_2, KQ_ASSERT_1, unused)(__VA_ARGS__)
+
+/*! \cond INTERNAL */
+// C++17 wants at least one argument for a macro's "...", so the forms with
+// and without a neutral result are chosen by counting the arguments.
+#define KQ_ASSERT_SELECT_3RD(first, second, chosen, ...) chosen
+#define KQ_ASSERT_SELECT_4TH(first, second, third, chosen, ...) chosen
+#define KQ_ASSERT_1(condition) KQ_ASSERT_TEXT_2(#condition, condition)
+#define KQ_ASSERT_2(condition, neutral) KQ_ASSERT_TEXT_3(#condition, condition, neutral)
+#define KQ_ASSERT_TEXT_2(conditionText, condition)                                            \
     do {                                                                                      \
         if (!(condition)) {                                                                   \
             KQAssertionFailed(conditionText, __FILE__, __LINE__, KQ_FUNCTION_NAME);           \
-            return __VA_ARGS__;                                                               \
+            return;                                                                           \
         }                                                                                     \
     } while (false)
-
-#define KQAssert(condition, ...) KQAssertText(#condition, condition, __VA_ARGS__)
+#define KQ_ASSERT_TEXT_3(conditionText, condition, neutral)                                   \
+    do {                                                                                      \
+        if (!(condition)) {                                                                   \
+            KQAssertionFailed(conditionText, __FILE__, __LINE__, KQ_FUNCTION_NAME);           \
+            return neutral;                                                                   \
+        }                                                                                     \
+    } while (false)
+/*! \endcond */
 
 // Marks code that must never run; reports and returns the neutral result.
 #define KQAssertNeverExecuted(...)                                                            \

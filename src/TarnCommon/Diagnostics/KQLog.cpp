@@ -1,11 +1,11 @@
 #include <TarnCommon/KQLog.h>
 
+#include "KQMessageOutput_p.h"
 #include "KQPathComponent_p.h"
 
 #include <QtCore/QThread>
 #include <QtWidgets/QApplication>
 
-#include <cstdio>
 
 namespace {
 
@@ -26,18 +26,16 @@ void beep()
         QApplication::beep();
 }
 
-void printWarning(const QString &text)
+void logWarning(const char *file, int64_t line, const char *function, const QString &text)
 {
-    std::printf("WARNING -- %s\n", text.toUtf8().constData());
-    std::fflush(stdout);
+    KQMessageOutput::warning(file, line, function, QStringLiteral("WARNING -- ") + text);
     if (g_breakOnWarningsAndErrors)
         KQDebugBreak();
 }
 
-void printError(const QString &text)
+void logError(const char *file, int64_t line, const char *function, const QString &text)
 {
-    std::puts((QStringLiteral("!!! ERROR !!! -- ") + text).toUtf8().constData());
-    std::fflush(stdout);
+    KQMessageOutput::error(file, line, function, QStringLiteral("!!! ERROR !!! -- ") + text);
     beep();
     if (g_breakOnWarningsAndErrors)
         KQDebugBreak();
@@ -61,12 +59,12 @@ QString _ZLMakeLogStr(const char *file, int64_t line, const char *, const KQLogO
 
 void _ZLLogWarning(const char *file, int64_t line, const char *function, const KQLogObject &object)
 {
-    printWarning(_ZLMakeLogStr(file, line, function, object));
+    logWarning(file, line, function, _ZLMakeLogStr(file, line, function, object));
 }
 
 void _ZLLogError(const char *file, int64_t line, const char *function, const KQLogObject &object)
 {
-    printError(_ZLMakeLogStr(file, line, function, object));
+    logError(file, line, function, _ZLMakeLogStr(file, line, function, object));
 }
 
 extern "C" {
@@ -77,7 +75,7 @@ void _ZLLogWarning(const char *file, int64_t line, const char *function, const c
     va_start(arguments, format);
     const QString text = _ZLMakeLogStr(file, line, function, format, arguments);
     va_end(arguments);
-    printWarning(text);
+    logWarning(file, line, function, text);
 }
 
 void _ZLLogError(const char *file, int64_t line, const char *function, const char *format, ...)
@@ -86,7 +84,7 @@ void _ZLLogError(const char *file, int64_t line, const char *function, const cha
     va_start(arguments, format);
     const QString text = _ZLMakeLogStr(file, line, function, format, arguments);
     va_end(arguments);
-    printError(text);
+    logError(file, line, function, text);
 }
 
 void _ZLLogMsg(const char *, int64_t, const char *, const char *, ...) {}

@@ -55,25 +55,52 @@ TARNCOMMON_EXPORT void _ZLLog(const char *file, int64_t line, const char *functi
 
 #include <QtCore/QByteArray>
 #include <QtCore/QDebug>
+#include <QtCore/QLoggingCategory>
 #include <QtCore/QMetaType>
 #include <QtCore/QObject>
 #include <QtCore/QString>
 
-#include <concepts>
 #include <type_traits>
 
-// A message that is not a format string: logged as
-// "<file>:<line>:<<class> <address>>: <description>".
+/*!
+    \brief The logging category of the library's warnings and errors, "tarn.common".
+
+    Warnings are sent as QtWarningMsg, errors as QtCriticalMsg, each with the
+    text as printed ("WARNING -- ...", "!!! ERROR !!! -- ..."), so that an
+    application's message handler receives them, QT_LOGGING_RULES can silence
+    them ("tarn.common.warning=false") and tests can expect them with
+    QTest::ignoreMessage(). Without a handler of the application's own they
+    are written to standard output, byte for byte as printed before.
+*/
+extern "C" TARNCOMMON_EXPORT const QLoggingCategory &TARNCOMMON_LOG();
+
+/*!
+    \brief The logging category of assertion reports, "tarn.common.assert".
+
+    A report is sent as one QtCriticalMsg whose text is the banner line, the
+    assertion line and the location line, joined by newlines. Without a
+    handler of the application's own it is written to standard error between
+    two empty lines.
+*/
+extern "C" TARNCOMMON_EXPORT const QLoggingCategory &TARNCOMMON_ASSERT_LOG();
+
+/*!
+    \brief A message that is not a format string, described for the log.
+
+    Logged as "<file>:<line>:<<class> <address>>: <description>".
+*/
 struct KQLogObject
 {
-    QByteArray className;
-    const void *address = nullptr;
-    QString description;
+    QByteArray className;        //!< the class name shown in angle brackets
+    const void *address = nullptr; //!< the address shown after the class name
+    QString description;         //!< the object's description
 };
 
-// The log text of a format message (format == nullptr: the nil message).
-// Exported under its bare name like the other log routines, though its
-// result is a QString.
+/*!
+    The log text of a format message; a null \a format gives "Log message was nil".
+    Exported under its bare name like the other log routines, though its
+    result is a QString.
+*/
 #if defined(__clang__)
 #  pragma clang diagnostic push
 #  pragma clang diagnostic ignored "-Wreturn-type-c-linkage"
@@ -83,22 +110,35 @@ extern "C" TARNCOMMON_EXPORT QString _ZLMakeLogStr(const char *file, int64_t lin
 #if defined(__clang__)
 #  pragma clang diagnostic pop
 #endif
+/*! The log text of a described object: "<file>:<line>:<<class> <address>>: <description>". */
 TARNCOMMON_EXPORT QString _ZLMakeLogStr(const char *file, int64_t line, const char *function,
                                          const KQLogObject &object);
+/*! Logs a described object as a warning. */
 TARNCOMMON_EXPORT void _ZLLogWarning(const char *file, int64_t line, const char *function,
                                       const KQLogObject &object);
+/*! Logs a described object as an error. */
 TARNCOMMON_EXPORT void _ZLLogError(const char *file, int64_t line, const char *function,
                                     const KQLogObject &object);
 
+/*! \cond INTERNAL */
 namespace KQLogDetail {
 
 template<typename T>
-concept FormatLike = std::is_convertible_v<const T &, const char *>
-                     || std::is_same_v<std::remove_cvref_t<T>, QString>;
+using Bare = std::remove_cv_t<std::remove_reference_t<T>>;
 
 template<typename T>
-concept QObjectPointer = std::is_pointer_v<T>
-                         && std::is_base_of_v<QObject, std::remove_cv_t<std::remove_pointer_t<T>>>;
+constexpr bool isFormatLike = std::is_convertible_v<const T &, const char *>
+                              || std::is_same_v<Bare<T>, QString>;
+
+template<typename T>
+constexpr bool isQObjectPointer = std::is_pointer_v<T>
+                                  && std::is_base_of_v<QObject, std::remove_cv_t<std::remove_pointer_t<T>>>;
+
+// What C varargs can carry: numbers, enumerations and pointers. A QString or
+// any other class object would be undefined behaviour, so it is refused.
+template<typename T>
+constexpr bool isVarargSafe = std::is_arithmetic_v<T> || std::is_enum_v<T> || std::is_pointer_v<T>
+                              || std::is_null_pointer_v<T>;
 
 template<typename T>
 QString debugText(const T &value)
@@ -113,7 +153,7 @@ QString debugText(const T &value)
 template<typename T>
 bool describe(const T &value, KQLogObject &object)
 {
-    if constexpr (QObjectPointer<T>) {
+    if constexpr (isQObjectPointer<T>) {
         if (!value)
             return false;
         object.className = value->metaObject()->className();
@@ -132,30 +172,39 @@ bool describe(const T &value, KQLogObject &object)
 }
 
 } // namespace KQLogDetail
+/*! \endcond */
 
-// QString formats: the same as the UTF-8 form (exactly QString, so that a
-// string literal still picks the C routine).
-template<typename String, typename... Arguments>
-    requires std::same_as<String, QString>
+/*!
+    Logs a warning whose format is a QString (the same as the UTF-8 form). Only
+    numbers, enumerations and pointers may follow: anything else is refused
+    at compile time. Exactly QString, so that a string literal still picks the
+    C routine.
+*/
+template<typename String, typename... Arguments,
+         std::enable_if_t<std::is_same_v<String, QString>, int> = 0>
 void _ZLLogWarning(const char *file, int64_t line, const char *function, const String &format,
                    Arguments... arguments)
 {
+    static_assert((KQLogDetail::isVarargSafe<Arguments> && ...),
+                  "log format arguments must be numbers, enumerations or pointers");
     const QByteArray utf8 = format.toUtf8();
     _ZLLogWarning(file, line, function, format.isNull() ? nullptr : utf8.constData(), arguments...);
 }
 
-template<typename String, typename... Arguments>
-    requires std::same_as<String, QString>
+/*! Logs an error whose format is a QString; the same rules as the warning form. */
+template<typename String, typename... Arguments,
+         std::enable_if_t<std::is_same_v<String, QString>, int> = 0>
 void _ZLLogError(const char *file, int64_t line, const char *function, const String &format,
                  Arguments... arguments)
 {
+    static_assert((KQLogDetail::isVarargSafe<Arguments> && ...),
+                  "log format arguments must be numbers, enumerations or pointers");
     const QByteArray utf8 = format.toUtf8();
     _ZLLogError(file, line, function, format.isNull() ? nullptr : utf8.constData(), arguments...);
 }
 
-// Any other message object (a QObject, a QVariant, a list...) is described.
-template<typename T>
-    requires(!KQLogDetail::FormatLike<T>)
+/*! Logs any other message object (a QObject, a QVariant, a list...) as a warning, described. */
+template<typename T, std::enable_if_t<!KQLogDetail::isFormatLike<T>, int> = 0>
 void _ZLLogWarning(const char *file, int64_t line, const char *function, const T &message)
 {
     KQLogObject object;
@@ -165,8 +214,8 @@ void _ZLLogWarning(const char *file, int64_t line, const char *function, const T
         _ZLLogWarning(file, line, function, static_cast<const char *>(nullptr));
 }
 
-template<typename T>
-    requires(!KQLogDetail::FormatLike<T>)
+/*! Logs any other message object as an error, described. */
+template<typename T, std::enable_if_t<!KQLogDetail::isFormatLike<T>, int> = 0>
 void _ZLLogError(const char *file, int64_t line, const char *function, const T &message)
 {
     KQLogObject object;
@@ -176,8 +225,8 @@ void _ZLLogError(const char *file, int64_t line, const char *function, const T &
         _ZLLogError(file, line, function, static_cast<const char *>(nullptr));
 }
 
-template<typename T>
-    requires(!KQLogDetail::FormatLike<T>)
+/*! The log text of any other message object; a null QObject gives "Log message was nil". */
+template<typename T, std::enable_if_t<!KQLogDetail::isFormatLike<T>, int> = 0>
 QString _ZLMakeLogStr(const char *file, int64_t line, const char *function, const T &message)
 {
     KQLogObject object;

@@ -10,10 +10,10 @@ namespace KQInspectorLayout {
 
 // The window's content size clamped into a mode's limits: the window keeps
 // its size as far as the mode allows.
-TARNCOMMON_EXPORT QSizeF clampedContentSize(const QSizeF &content, const QSizeF &minSize, const QSizeF &maxSize);
+QSizeF clampedContentSize(const QSizeF &content, const QSizeF &minSize, const QSizeF &maxSize);
 
 // content (y-up screen space) resized to size with its top edge fixed: it
 // grows or shrinks downward and to the right.
-TARNCOMMON_EXPORT QRectF contentKeepingTopEdge(const QRectF &content, const QSizeF &size);
+QRectF contentKeepingTopEdge(const QRectF &content, const QSizeF &size);
 
 } // namespace KQInspectorLayout

@@ -42,7 +42,11 @@ public:
     // The recovery-suggestion key; a null string without one.
     QString localizedRecoverySuggestion() const;
 
-    friend bool operator==(const KQError &, const KQError &) = default;
+    friend bool operator==(const KQError &a, const KQError &b)
+    {
+        return a.m_domain == b.m_domain && a.m_code == b.m_code && a.m_userInfo == b.m_userInfo;
+    }
+    friend bool operator!=(const KQError &a, const KQError &b) { return !(a == b); }
 
 private:
     QString m_domain;

@@ -18,41 +18,41 @@ class QWidget;
 namespace KQAccessibleChildren {
 
 // Makes Qt ask the library first for the interfaces of its widgets. Idempotent.
-TARNCOMMON_EXPORT void installFactory();
+void installFactory();
 
 // The widget's accessible children: those set with setChildren() that are
 // still alive and still name the widget as their parent (an element moved
 // under another one is listed there only), else Qt's default (its child
 // widgets).
-TARNCOMMON_EXPORT QList<QAccessibleInterface *> children(QWidget *widget);
-TARNCOMMON_EXPORT void setChildren(QWidget *widget, const QList<QAccessibleInterface *> &children);
-TARNCOMMON_EXPORT bool hasChildren(const QWidget *widget);
+QList<QAccessibleInterface *> children(QWidget *widget);
+void setChildren(QWidget *widget, const QList<QAccessibleInterface *> &children);
+bool hasChildren(const QWidget *widget);
 
 // Element attributes; each replaces Qt's own answer for the widget.
-TARNCOMMON_EXPORT void setAccessibilityParent(QWidget *widget, QAccessibleInterface *parent);
-TARNCOMMON_EXPORT void setAccessibilityTitle(QWidget *widget, const QString &title);
-TARNCOMMON_EXPORT void setAccessibilityRole(QWidget *widget, QAccessible::Role role);
+void setAccessibilityParent(QWidget *widget, QAccessibleInterface *parent);
+void setAccessibilityTitle(QWidget *widget, const QString &title);
+void setAccessibilityRole(QWidget *widget, QAccessible::Role role);
 // In Qt global coordinates.
-TARNCOMMON_EXPORT void setAccessibilityFrame(QWidget *widget, const QRectF &frame);
+void setAccessibilityFrame(QWidget *widget, const QRectF &frame);
 // Checkable, and checked or not.
-TARNCOMMON_EXPORT void setAccessibilityChecked(QWidget *widget, bool checked);
+void setAccessibilityChecked(QWidget *widget, bool checked);
 // Offered to clients as QAccessibleActionInterface::pressAction().
-TARNCOMMON_EXPORT void setPressAction(QWidget *widget, const std::function<void()> &press);
+void setPressAction(QWidget *widget, const std::function<void()> &press);
 // Back to Qt's own answers for everything but children set from outside.
-TARNCOMMON_EXPORT void clearAttributes(QWidget *widget);
-TARNCOMMON_EXPORT bool hasAttributes(const QWidget *widget);
+void clearAttributes(QWidget *widget);
+bool hasAttributes(const QWidget *widget);
 
 // The first of children whose screen rectangle holds (x, y), or null.
-TARNCOMMON_EXPORT QAccessibleInterface *childAt(const QList<QAccessibleInterface *> &children, int x, int y);
+QAccessibleInterface *childAt(const QList<QAccessibleInterface *> &children, int x, int y);
 
 // Sends event type about iface to Qt's accessibility clients.
-TARNCOMMON_EXPORT void notify(QAccessibleInterface *iface, QAccessible::Event type);
+void notify(QAccessibleInterface *iface, QAccessible::Event type);
 // Tells clients that iface's checked state changed.
-TARNCOMMON_EXPORT void notifyCheckedChanged(QAccessibleInterface *iface);
+void notifyCheckedChanged(QAccessibleInterface *iface);
 
 } // namespace KQAccessibleChildren
 
-class TARNCOMMON_EXPORT KQAccessibleWidget : public QAccessibleWidget
+class KQAccessibleWidget : public QAccessibleWidget
 {
 public:
     explicit KQAccessibleWidget(QWidget *widget);

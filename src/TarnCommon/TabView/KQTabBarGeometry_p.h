@@ -21,27 +21,27 @@ constexpr double kIconSize = 16.0;
 constexpr double kAccessibilityButtonHeight = 28.0;
 
 // The strip along the top of the bounds.
-TARNCOMMON_EXPORT QRectF tabBarRectForBounds(const QRectF &bounds);
+QRectF tabBarRectForBounds(const QRectF &bounds);
 
 // One cell per visible tab, abutting, centred as a group on the bar's middle
 // with the group's left edge floored to a whole point. Cells are not clipped:
 // too many tabs spill over both ends of the bar.
-TARNCOMMON_EXPORT QList<QRectF> tabRectsForTabBarRect(const QRectF &bar, qsizetype count);
+QList<QRectF> tabRectsForTabBarRect(const QRectF &bar, qsizetype count);
 
 // The index of the first cell holding point (half-open containment, so a
 // shared edge belongs to the right-hand cell); -1 when none does.
-TARNCOMMON_EXPORT qsizetype tabIndexAtPoint(const QRectF &bounds, qsizetype count, const QPointF &point);
+qsizetype tabIndexAtPoint(const QRectF &bounds, qsizetype count, const QPointF &point);
 
 // Where the 16 x 16 icon goes in a cell: centred, on whole points.
-TARNCOMMON_EXPORT QRectF iconRectForCell(const QRectF &cell);
+QRectF iconRectForCell(const QRectF &cell);
 
 // Where the selected tab's widget goes: everything below the bar.
-TARNCOMMON_EXPORT QRectF contentFrameForBounds(const QRectF &bounds);
+QRectF contentFrameForBounds(const QRectF &bounds);
 
 // The frame of the accessibility button of visible tab index out of count,
 // in y-up screen space, from the window's frame (y-up) and the tab view's
 // bounds only: the view's place inside its window is not added.
-TARNCOMMON_EXPORT QRectF accessibilityButtonFrame(const QRectF &windowFrame, const QRectF &bounds,
+QRectF accessibilityButtonFrame(const QRectF &windowFrame, const QRectF &bounds,
                                                   qsizetype count, qsizetype index);
 
 } // namespace KQTabBar
@@ -51,7 +51,7 @@ TARNCOMMON_EXPORT QRectF accessibilityButtonFrame(const QRectF &windowFrame, con
 // the pointer on and off the cells) and a release ends the tracking with the
 // pressed tab, if any, as the one to select. A release without a press (a
 // stray mouse-up) is tracked the same way, so it selects the cell under it.
-class TARNCOMMON_EXPORT KQTabClickTracker
+class KQTabClickTracker
 {
 public:
     struct Step

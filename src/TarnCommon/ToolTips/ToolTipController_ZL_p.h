@@ -11,7 +11,7 @@ class ToolTipTiming_ZL;
 
 // The rules and the timer inside a controller, for the library's tests and
 // tools that drive it without waiting.
-struct TARNCOMMON_EXPORT ControllerAccess
+struct ControllerAccess
 {
     static ToolTipTiming_ZL &timing(ToolTipController_ZL *controller);
     static QTimer *timer(ToolTipController_ZL *controller);

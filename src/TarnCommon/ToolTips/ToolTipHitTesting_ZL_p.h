@@ -10,6 +10,6 @@ namespace KQToolTipRules {
 
 // The default window finder of ToolTipAtScreenPoint: the window system's
 // top-level window at the point, if it is one of the application's own.
-TARNCOMMON_EXPORT QWidget *ToolTipApplicationWindowAt(QPointF globalPoint);
+QWidget *ToolTipApplicationWindowAt(QPointF globalPoint);
 
 } // namespace KQToolTipRules

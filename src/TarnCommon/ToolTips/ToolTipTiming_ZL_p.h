@@ -28,15 +28,15 @@ struct ToolTipEventEffect_ZL
     bool hidesAtOnce = false;
 };
 
-TARNCOMMON_EXPORT ToolTipEventEffect_ZL ToolTipEventEffect(const QEvent *event);
+ToolTipEventEffect_ZL ToolTipEventEffect(const QEvent *event);
 
 // Whether two answers are the same tooltip: the very same text first (a copy
 // shares its data), equal contents second, so an unchanged tooltip is never
 // laid out again.
-TARNCOMMON_EXPORT bool ToolTipsAreSame_ZL(const QVariant &a, const QVariant &b);
+bool ToolTipsAreSame_ZL(const QVariant &a, const QVariant &b);
 
 // The tooltip window as the timing rules see it.
-class TARNCOMMON_EXPORT ToolTipPresenter_ZL
+class ToolTipPresenter_ZL
 {
 public:
     virtual ~ToolTipPresenter_ZL();
@@ -51,7 +51,7 @@ public:
 // The controller's rules: when a tooltip appears, is replaced, fades or goes
 // at once. Time, the pointer and the hit test are injected, so every
 // transition can be driven without waiting for a timer.
-class TARNCOMMON_EXPORT ToolTipTiming_ZL
+class ToolTipTiming_ZL
 {
 public:
     using Clock = std::function<double()>;                 // seconds, monotonic

@@ -8,7 +8,7 @@ namespace KQWindowRules {
 
 // The constraint itself, in y-up screen space: visibleFrame and frame are
 // both measured with y growing upward, so "top" is y + height.
-TARNCOMMON_EXPORT QRectF constrainFrameToVisibleFrame(const QRectF &visibleFrame, bool constrainFully,
+QRectF constrainFrameToVisibleFrame(const QRectF &visibleFrame, bool constrainFully,
                                                       QRectF frame);
 
 } // namespace KQWindowRules

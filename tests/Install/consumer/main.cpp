@@ -20,6 +20,9 @@ static int guarded(int value)
     return value;
 }
 
+static_assert(TARNCOMMON_VERSION >= TARNCOMMON_VERSION_CHECK(1, 0, 0), "version macros");
+static_assert(TARNCOMMON_VERSION < TARNCOMMON_VERSION_CHECK(2, 0, 0), "version macros");
+
 int main()
 {
     check(TarnCommonVersionNumber == 1.0, "version number");
@@ -29,6 +32,7 @@ int main()
     check(std::strcmp(KQLastPathComponentOfPath("a/b/c.m"), "c.m") == 0, "path component");
     check(guarded(-5) == -1, "assertion returns the neutral result");
     ZLLogWarning("from the consumer %d", 1);
+    check(std::strcmp(TARNCOMMON_VERSION_STRING, "1.0.0") == 0, "version string macro");
 
     const QRectF r = q_RECT_normalize(q_RECT_set_edge_to_location(QRectF(10, 10, 20, 20), 0, 40));
     check(r == QRectF(30, 10, 10, 20), "edge and normalise");
