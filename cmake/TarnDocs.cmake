@@ -43,3 +43,6 @@ add_custom_target(docs
     WORKING_DIRECTORY "${PROJECT_BINARY_DIR}/docs"
     COMMENT "Writing the API reference to ${PROJECT_BINARY_DIR}/docs/html"
     VERBATIM)
+if(TARGET tarn-gallery)
+    add_dependencies(docs tarn-gallery)
+endif()
