@@ -2,23 +2,42 @@
 
 #include <TarnCommon/KQLog.h>
 
-// Prints an assertion report to standard error and returns: it neither breaks
-// nor aborts, and does not consult g_breakOnWarningsAndErrors. A null file is
-// printed as "NULL".
+/*!
+    \file KQAssert.h
+    \brief Contract checks that report and return a neutral result instead of aborting.
+
+    After a report the calling function returns at once with the neutral
+    result given after the condition, or with nothing in a function returning
+    void:
+    \code
+    KQAssert(tab != nullptr);                  // void function
+    KQAssert(view != nullptr, nullptr);        // pointer result
+    KQAssert(minSize.width() <= maxSize.width(), false);
+    KQAssert(count >= 0, {});                  // any default-constructible result
+    \endcode
+*/
+
+/*!
+    Prints an assertion report for \a condition at \a file, \a line and
+    \a function (through the "tarn.common.assert" category; standard error
+    by default) and returns: it neither breaks nor aborts, and does not
+    consult g_breakOnWarningsAndErrors. A null argument is printed as "NULL".
+*/
 TARNCOMMON_EXTERN_C TARNCOMMON_EXPORT void KQAssertionFailed(const char *condition, const char *file,
                                                              int64_t line, const char *function);
 
-// Contract checks. After a report the calling function returns at once with
-// the neutral result given after the condition, or with nothing in a
-// function returning void:
-//
-//     KQAssert(tab != nullptr);                  // void function
-//     KQAssert(view != nullptr, nullptr);        // pointer result
-//     KQAssert(minSize.width() <= maxSize.width(), false);
-//     KQAssert(count >= 0, {});                  // any default-constructible result
-//
-// KQAssertText() reports a given condition text instead of the source text.
+/*!
+    \def KQAssertText(...)
+    KQAssertText(conditionText, condition [, neutral]): as KQAssert(), but
+    the report shows \a conditionText instead of the condition's source text.
+*/
 #define KQAssertText(...) KQ_ASSERT_SELECT_4TH(__VA_ARGS__, KQ_ASSERT_TEXT_3, KQ_ASSERT_TEXT_2, unused)(__VA_ARGS__)
+/*!
+    \def KQAssert(...)
+    KQAssert(condition [, neutral]): when \a condition is false, reports it
+    with KQAssertionFailed() and returns from the calling function, with
+    \a neutral when given. The condition is evaluated once.
+*/
 #define KQAssert(...) KQ_ASSERT_SELECT_3RD(__VA_ARGS__, KQ_ASSERT_2, KQ_ASSERT_1, unused)(__VA_ARGS__)
 
 /*! \cond INTERNAL */
@@ -44,7 +63,12 @@ TARNCOMMON_EXTERN_C TARNCOMMON_EXPORT void KQAssertionFailed(const char *conditi
     } while (false)
 /*! \endcond */
 
-// Marks code that must never run; reports and returns the neutral result.
+/*!
+    \def KQAssertNeverExecuted(...)
+    KQAssertNeverExecuted([neutral]): marks code that must never run; if it
+    does, reports and returns from the calling function (with \a neutral
+    when given).
+*/
 #define KQAssertNeverExecuted(...)                                                            \
     do {                                                                                      \
         KQAssertionFailed("KQAssertNeverExecuted was executed", __FILE__, __LINE__,          \
@@ -52,12 +76,19 @@ TARNCOMMON_EXTERN_C TARNCOMMON_EXPORT void KQAssertionFailed(const char *conditi
         return __VA_ARGS__;                                                                   \
     } while (false)
 
-// An expression form for places that must go on after the report (a
-// constructor, a loop): true when the condition holds.
+/*!
+    \def KQVerify(condition)
+    An expression form for places that must go on after the report (a
+    constructor, a loop): true when \a condition holds, else reports it and
+    gives false.
+*/
 #define KQVerify(condition)                                                                   \
     ((condition) ? true                                                                       \
                  : (KQAssertionFailed(#condition, __FILE__, __LINE__, KQ_FUNCTION_NAME), false))
 
-// Reported by constructors that must not be used.
+/*!
+    \def KQReportInvalidInitializer()
+    Reported by constructors that must not be used; it does not return early.
+*/
 #define KQReportInvalidInitializer()                                                          \
     KQAssertionFailed("Invalid initializer method called", __FILE__, __LINE__, KQ_FUNCTION_NAME)

@@ -10,7 +10,26 @@
 #  include <stdint.h>
 #endif
 
-// The compiler's full name of the calling function ("void KQTabView::selectTab(KQTab*)").
+/*!
+    \file KQLog.h
+    \brief The library's warning and error log, sent through Qt's message system.
+
+    Warnings are printed as "WARNING -- <text>", errors as
+    "!!! ERROR !!! -- <text>" followed by a beep (only in the GUI thread of a
+    QApplication). Call them through ZLLogWarning() and ZLLogError(), which
+    add the caller's file, line and function:
+    \code
+    ZLLogWarning("%d rows could not be shown", hiddenRows);
+    ZLLogError(QStringLiteral("no tab at %1").arg(index));
+    ZLLogWarning(someWidget); // a described object: "<file>:<line>:<<class> <address>>: <description>"
+    \endcode
+*/
+
+/*!
+    \def KQ_FUNCTION_NAME
+    The compiler's full name of the calling function
+    ("void KQTabView::selectTab(KQTab*)"), as the log and assertion macros record it.
+*/
 #if defined(__GNUC__) || defined(__clang__)
 #  define KQ_FUNCTION_NAME __PRETTY_FUNCTION__
 #elif defined(_MSC_VER)
@@ -19,36 +38,66 @@
 #  define KQ_FUNCTION_NAME __func__
 #endif
 
+/*!
+    \def KQ_PRINTF_FORMAT(formatIndex, firstArgument)
+    Lets the compiler check a printf-style format (parameter \a formatIndex,
+    counted from 1) against the arguments from \a firstArgument on; empty
+    where the compiler cannot.
+*/
 #if defined(__GNUC__) || defined(__clang__)
 #  define KQ_PRINTF_FORMAT(formatIndex, firstArgument) __attribute__((format(printf, formatIndex, firstArgument)))
 #else
 #  define KQ_PRINTF_FORMAT(formatIndex, firstArgument)
 #endif
 
-// Warnings go to standard output as "WARNING -- <text>", errors as
-// "!!! ERROR !!! -- <text>" followed by a beep. The message is a printf-style
-// UTF-8 format; a null format logs "Log message was nil".
-// Call them through ZLLogWarning(...) and ZLLogError(...), which add the
-// caller's file, line and function.
 #ifdef __cplusplus
 extern "C" {
 #endif
+/*!
+    Logs a warning, "WARNING -- <text>", made from the printf-style UTF-8
+    \a format and the arguments after it; a null \a format logs
+    "Log message was nil". \a file, \a line and \a function are the
+    caller's location (given to a message handler as its context). Then
+    calls KQDebugBreak() when g_breakOnWarningsAndErrors is set.
+*/
 TARNCOMMON_EXPORT void _ZLLogWarning(const char *file, int64_t line, const char *function,
                                       const char *format, ...) KQ_PRINTF_FORMAT(4, 5);
+/*!
+    Logs an error, "!!! ERROR !!! -- <text>", and beeps; otherwise as
+    _ZLLogWarning().
+*/
 TARNCOMMON_EXPORT void _ZLLogError(const char *file, int64_t line, const char *function,
                                     const char *format, ...) KQ_PRINTF_FORMAT(4, 5);
-// Informational entry points: they do nothing and evaluate nothing.
+/*! An informational entry point: it does nothing and evaluates nothing. */
 TARNCOMMON_EXPORT void _ZLLogMsg(const char *file, int64_t line, const char *function,
                                   const char *format, ...);
+/*! An informational entry point: it does nothing and evaluates nothing. */
 TARNCOMMON_EXPORT void _ZLLog(const char *file, int64_t line, const char *function,
                                const char *format, ...);
 #ifdef __cplusplus
 } // extern "C"
 #endif
 
+/*!
+    \def ZLLogWarning(...)
+    Logs a warning with the caller's location: a printf-style format (UTF-8
+    text or, in C++, a QString) and its arguments, or one object to describe.
+*/
 #define ZLLogWarning(...) _ZLLogWarning(__FILE__, __LINE__, KQ_FUNCTION_NAME, __VA_ARGS__)
+/*!
+    \def ZLLogError(...)
+    Logs an error with the caller's location, taking what ZLLogWarning() takes.
+*/
 #define ZLLogError(...) _ZLLogError(__FILE__, __LINE__, KQ_FUNCTION_NAME, __VA_ARGS__)
+/*!
+    \def ZLLogMsg(...)
+    An informational message: compiled out, its arguments are not evaluated.
+*/
 #define ZLLogMsg(...) ((void)0)
+/*!
+    \def ZLLog(...)
+    An informational message: compiled out, its arguments are not evaluated.
+*/
 #define ZLLog(...) ((void)0)
 
 #ifdef __cplusplus

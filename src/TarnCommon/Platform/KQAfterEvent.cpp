@@ -4,11 +4,28 @@
 
 const char NOTIFICATION__After_Event_Sent[] = "NOTIFICATION__After_Event_Sent";
 
+// Nothing to keep yet; the pointer leaves room without changing the class's size.
+class KQAfterEventNotifierPrivate
+{
+};
+
+KQAfterEventNotifier::KQAfterEventNotifier()
+    : d(std::make_unique<KQAfterEventNotifierPrivate>())
+{
+}
+
+KQAfterEventNotifier::~KQAfterEventNotifier() = default;
+
 KQAfterEventNotifier *KQAfterEventNotifier::instance()
 {
     // Plain QObject without a parent: safe to outlive the application object.
     static KQAfterEventNotifier notifier;
     return &notifier;
+}
+
+void KQAfterEventNotifier::post(QEvent *event)
+{
+    Q_EMIT afterEventSent(event);
 }
 
 int KQAfterEventNotifier::observerCount() const

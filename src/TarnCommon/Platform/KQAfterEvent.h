@@ -4,53 +4,96 @@
 
 #include <QtCore/QObject>
 
-class QEvent;
+#include <memory>
 
-// The name of the notification an application posts after dispatching each
-// event it received from the window system: "NOTIFICATION__After_Event_Sent".
-// Its object is the event just dispatched. The tooltip controller arms and
-// disarms itself on it; without it no computed tooltip ever appears.
+/*!
+    \file KQAfterEvent.h
+    \brief The notification posted after each window-system event, and the hook that posts it.
+*/
+
+class QEvent;
+class KQAfterEventNotifierPrivate;
+
+/*!
+    The name of the notification an application posts after dispatching each
+    event it received from the window system: "NOTIFICATION__After_Event_Sent".
+    Its object is the event just dispatched. The tooltip controller arms and
+    disarms itself on it; without it no computed tooltip ever appears.
+*/
 TARNCOMMON_EXTERN_C TARNCOMMON_EXPORT const char NOTIFICATION__After_Event_Sent[];
 
-// The sender of NOTIFICATION__After_Event_Sent. Observers connect to
-// afterEventSent(); the event is only valid during the emission.
+/*!
+    \brief The sender of NOTIFICATION__After_Event_Sent.
+
+    There is one notifier per process, made on first use and never deleted
+    (it may outlive the application object). Observers connect to
+    afterEventSent(); KQApplication, or an application's own notify() through
+    KQNotifyPostingAfterEvent(), feeds it.
+
+    \code
+    connect(KQAfterEventNotifier::instance(), &KQAfterEventNotifier::afterEventSent,
+            this, [](QEvent *event) { qDebug() << event->type(); });
+    \endcode
+*/
 class TARNCOMMON_EXPORT KQAfterEventNotifier : public QObject
 {
     Q_OBJECT
 public:
+    /*! The process's notifier. It belongs to the library: never delete it. */
     static KQAfterEventNotifier *instance();
 
-    // How many connections observe the notification.
+    ~KQAfterEventNotifier() override;
+
+    /*! How many connections observe afterEventSent(). */
     int observerCount() const;
 
-    void post(QEvent *event) { Q_EMIT afterEventSent(event); }
+    /*!
+        Emits afterEventSent() with \a event, directly, to every observer.
+        A null \a event is passed on as it is.
+    */
+    void post(QEvent *event);
 
 Q_SIGNALS:
+    /*!
+        Sent after \a event has been dispatched. The event is only valid
+        during the emission and still belongs to whoever sent it.
+    */
     void afterEventSent(QEvent *event);
 
 private:
-    KQAfterEventNotifier() = default;
+    KQAfterEventNotifier();
+
+    std::unique_ptr<KQAfterEventNotifierPrivate> const d;
 };
 
-// Posts NOTIFICATION__After_Event_Sent for event.
+/*! Posts NOTIFICATION__After_Event_Sent for \a event through KQAfterEventNotifier::instance(). */
 TARNCOMMON_EXPORT void KQPostAfterEventNotification(QEvent *event);
 
-// Whether the notification is due after receiver has handled event: an event
-// the window system delivered to one of the application's windows. Qt hands
-// that event on to widgets as fresh events of their own; only the one
-// addressed to the window is counted, so each input is posted once.
+/*!
+    Whether the notification is due after \a receiver has handled \a event:
+    an input event (or a pointer leaving) that the window system delivered to
+    one of the application's windows. Qt hands that event on to widgets as
+    fresh events of their own; only the one addressed to the window is
+    counted, so each input is posted once. False when either is null.
+*/
 TARNCOMMON_EXPORT bool KQIsAfterEventCandidate(const QObject *receiver, const QEvent *event);
 
-// The whole hook for an application with its own QApplication subclass:
-//
-//     bool notify(QObject *receiver, QEvent *event) override
-//     {
-//         return KQNotifyPostingAfterEvent(receiver, event,
-//                                          [&] { return QApplication::notify(receiver, event); });
-//     }
-//
-// The candidate test runs before dispatching, as the receiver may be
-// destroyed by its own event.
+/*!
+    Dispatches \a event to \a receiver through \a dispatch (a callable
+    returning the dispatch's bool) and then, if the event was a candidate
+    (see KQIsAfterEventCandidate()), posts the notification. Answers what
+    \a dispatch answered. The candidate test runs before dispatching, as the
+    receiver may be destroyed by its own event.
+
+    The whole hook for an application with its own QApplication subclass:
+    \code
+    bool notify(QObject *receiver, QEvent *event) override
+    {
+        return KQNotifyPostingAfterEvent(receiver, event,
+                                         [&] { return QApplication::notify(receiver, event); });
+    }
+    \endcode
+*/
 template<typename Dispatch>
 bool KQNotifyPostingAfterEvent(QObject *receiver, QEvent *event, Dispatch &&dispatch)
 {

@@ -7,8 +7,24 @@
 #include <QtCore/QMetaMethod>
 #include <QtGui/QScreen>
 
+class NSWindow_ZLPrivate
+{
+public:
+    explicit NSWindow_ZLPrivate(NSWindow_ZL *q)
+        : q(q)
+    {
+    }
+
+    void applyFrameConstraint();
+
+    NSWindow_ZL *const q;
+    // Set while the window moves itself, so the events that follow do not recurse.
+    bool constraining = false;
+};
+
 NSWindow_ZL::NSWindow_ZL(QWidget *parent, Qt::WindowFlags flags)
     : QWidget(parent, flags | Qt::Window)
+    , d(std::make_unique<NSWindow_ZLPrivate>(this))
 {
 }
 
@@ -40,33 +56,33 @@ bool NSWindow_ZL::f_getDelegateSetting(QByteArrayView method, bool defaultValue)
 void NSWindow_ZL::moveEvent(QMoveEvent *event)
 {
     QWidget::moveEvent(event);
-    applyFrameConstraint();
+    d->applyFrameConstraint();
 }
 
 void NSWindow_ZL::resizeEvent(QResizeEvent *event)
 {
     QWidget::resizeEvent(event);
-    applyFrameConstraint();
+    d->applyFrameConstraint();
 }
 
 void NSWindow_ZL::showEvent(QShowEvent *event)
 {
     QWidget::showEvent(event);
-    applyFrameConstraint();
+    d->applyFrameConstraint();
 }
 
-void NSWindow_ZL::applyFrameConstraint()
+void NSWindow_ZLPrivate::applyFrameConstraint()
 {
-    if (m_constraining || !isWindow() || !isVisible())
+    if (constraining || !q->isWindow() || !q->isVisible())
         return;
-    const QRectF frame(frameGeometry());
-    const QRectF constrained = constrainFrameRect(frame, screen());
+    const QRectF frame(q->frameGeometry());
+    const QRectF constrained = q->constrainFrameRect(frame, q->screen());
     if (constrained == frame)
         return;
-    m_constraining = true;
+    constraining = true;
     const QRect wanted = constrained.toAlignedRect();
-    move(wanted.topLeft());
-    if (wanted.size() != frameGeometry().size())
-        resize(size() + (wanted.size() - frameGeometry().size()));
-    m_constraining = false;
+    q->move(wanted.topLeft());
+    if (wanted.size() != q->frameGeometry().size())
+        q->resize(q->size() + (wanted.size() - q->frameGeometry().size()));
+    constraining = false;
 }
