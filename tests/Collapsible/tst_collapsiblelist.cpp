@@ -517,6 +517,54 @@ private Q_SLOTS:
             QCOMPARE(view->width(), list->width());
     }
 
+    void subclassesPlaceTheirOwnWidgets()
+    {
+        // A view keeping a badge in its bottom right corner, in a list
+        // keeping a footer line along its bottom edge.
+        struct BadgedView : KQCollapsibleView
+        {
+            explicit BadgedView(QWidget *content)
+                : KQCollapsibleView(QStringLiteral("A"), content, true, true)
+                , badge(new QWidget(this))
+            {
+            }
+            void layoutSubviews() override
+            {
+                KQCollapsibleView::layoutSubviews();
+                badge->setGeometry(width() - 18, height() - 18, 18, 18);
+            }
+            QWidget *const badge;
+        };
+        struct FooterList : KQCollapsibleListView
+        {
+            FooterList()
+                : KQCollapsibleListView(QRect(0, 0, 100, 300))
+                , footer(new QWidget(this))
+            {
+            }
+            void layoutSubviews() override
+            {
+                KQCollapsibleListView::layoutSubviews();
+                footer->setGeometry(0, height() - 2, width(), 2);
+            }
+            QWidget *const footer;
+        };
+        auto *content = new QWidget;
+        content->resize(100, 100);
+        auto *view = new BadgedView(content);
+        FooterList list;
+        list.addCollapsableView(view);
+
+        list.setFrame(QRect(0, 0, 160, 300));
+        QCOMPARE(view->badge->geometry(), QRect(142, 282, 18, 18));
+        QCOMPARE(list.footer->geometry(), QRect(0, 298, 160, 2));
+
+        // The animation moves both through their own layouts.
+        view->setCollapsed(true, false);
+        QCOMPARE(view->badge->geometry(), QRect(142, 0, 18, 18));
+        QCOMPARE(list.footer->geometry(), QRect(0, 16, 160, 2));
+    }
+
     void scrollWrapper()
     {
         auto *view = new QWidget;

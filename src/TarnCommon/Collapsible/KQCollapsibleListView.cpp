@@ -9,9 +9,11 @@
 #include <TarnCommon/KQSettings.h>
 
 #include <QtCore/QCoreApplication>
+#include <QtCore/QPointer>
 #include <QtGui/QResizeEvent>
 
 #include <cmath>
+#include <limits>
 
 using namespace KQCollapsibleStacking;
 
@@ -39,6 +41,36 @@ int widgetHeight(double height)
 
 } // namespace
 
+class KQCollapsibleListViewPrivate
+{
+public:
+    explicit KQCollapsibleListViewPrivate(KQCollapsibleListView *q)
+        : q(q)
+    {
+    }
+
+    void applyFrame(const QRect &frame);
+    void limitsChanged();
+    void setLayoutBlocked(bool blocked, const QObject *view);
+    void forgetView(QObject *view);
+
+    KQCollapsibleListView *const q;
+    QList<KQCollapsibleView *> collapsableViews;
+    QString autosaveName;
+    QMetaObject::Connection terminateConnection;
+    KQGuardedDelegate<KQCollapsibleListViewDelegate> delegate;
+    bool layoutBlocked = false;
+    bool widthChangedWhileBlocked = false;
+    QSize laidOutSize; // the size the last stacking was made for
+    // The limits the size hints last reported (none yet: not a number).
+    double hintedMinHeight = std::numeric_limits<double>::quiet_NaN();
+    double hintedMaxHeight = std::numeric_limits<double>::quiet_NaN();
+    // The view whose animation blocks the layout: if it dies mid-animation
+    // its end never comes, so the block is lifted then. Only compared, never
+    // followed (it is cleared when that view is destroyed).
+    const QObject *blockingView = nullptr;
+};
+
 KQCollapsibleListViewDelegate::~KQCollapsibleListViewDelegate() = default;
 
 KQCollapsibleListView::KQCollapsibleListView(QWidget *parent)
@@ -48,64 +80,73 @@ KQCollapsibleListView::KQCollapsibleListView(QWidget *parent)
 
 KQCollapsibleListView::KQCollapsibleListView(const QRect &frame, QWidget *parent)
     : QWidget(parent)
-    , m_delegate(std::make_unique<KQGuardedDelegate<KQCollapsibleListViewDelegate>>())
+    , d(std::make_unique<KQCollapsibleListViewPrivate>(this))
 {
-    applyFrame(frame);
+    d->applyFrame(frame);
 }
 
 KQCollapsibleListView::~KQCollapsibleListView()
 {
     saveToAutosaveName();
-    disconnect(m_terminateConnection);
+    disconnect(d->terminateConnection);
     // The views die with this widget after this destructor has run; their
     // last signals must not reach the half-destroyed list.
-    for (KQCollapsibleView *view : std::as_const(m_collapsableViews))
+    for (KQCollapsibleView *view : std::as_const(d->collapsableViews))
         view->disconnect(this);
+}
+
+QString KQCollapsibleListView::autosaveName() const
+{
+    return d->autosaveName;
 }
 
 void KQCollapsibleListView::setAutosaveName(const QString &name)
 {
-    if (name == m_autosaveName && name.isNull() == m_autosaveName.isNull())
+    if (name == d->autosaveName && name.isNull() == d->autosaveName.isNull())
         return;
-    if (!name.isNull() && m_autosaveName.isNull() && QCoreApplication::instance()) {
-        m_terminateConnection = connect(QCoreApplication::instance(), &QCoreApplication::aboutToQuit, this,
-                                        &KQCollapsibleListView::appWillTerminate);
+    if (!name.isNull() && d->autosaveName.isNull() && QCoreApplication::instance()) {
+        d->terminateConnection = connect(QCoreApplication::instance(), &QCoreApplication::aboutToQuit, this,
+                                         &KQCollapsibleListView::appWillTerminate);
     }
-    if (name.isNull() && !m_autosaveName.isNull())
-        disconnect(m_terminateConnection);
-    m_autosaveName = name;
+    if (name.isNull() && !d->autosaveName.isNull())
+        disconnect(d->terminateConnection);
+    d->autosaveName = name;
     Q_EMIT autosaveNameChanged(name);
     loadFromAutosaveName();
 }
 
 KQCollapsibleListViewDelegate *KQCollapsibleListView::delegate() const
 {
-    return m_delegate->get();
+    return d->delegate.get();
 }
 
 void KQCollapsibleListView::setDelegate(KQCollapsibleListViewDelegate *delegate)
 {
-    m_delegate->set(delegate);
+    d->delegate.set(delegate);
 }
 
 void KQCollapsibleListView::addCollapsableView(KQCollapsibleView *collapsableView)
 {
     KQAssertText("collapsableView", collapsableView != nullptr);
-    if (m_collapsableViews.contains(collapsableView))
+    if (d->collapsableViews.contains(collapsableView))
         return;
     collapsableView->setDelegate(this);
-    m_collapsableViews.append(collapsableView);
+    d->collapsableViews.append(collapsableView);
     kq_adoptWidget(this, collapsableView);
-    connect(collapsableView, &QObject::destroyed, this, &KQCollapsibleListView::forgetView);
-    connect(collapsableView, &KQCollapsibleView::isHeightResizableChanged, this,
-            &KQCollapsibleListView::limitsChanged);
+    connect(collapsableView, &QObject::destroyed, this, [this](QObject *view) { d->forgetView(view); });
+    connect(collapsableView, &KQCollapsibleView::isHeightResizableChanged, this, [this] { d->limitsChanged(); });
     resizeToFitSubviews();
     layoutSubviews();
 }
 
+QList<KQCollapsibleView *> KQCollapsibleListView::collapsableViews() const
+{
+    return d->collapsableViews;
+}
+
 KQCollapsibleView *KQCollapsibleListView::collapsableViewWithContentView(const QWidget *contentView) const
 {
-    for (KQCollapsibleView *view : m_collapsableViews) {
+    for (KQCollapsibleView *view : d->collapsableViews) {
         if (view->contentView() == contentView)
             return view;
     }
@@ -114,7 +155,7 @@ KQCollapsibleView *KQCollapsibleListView::collapsableViewWithContentView(const Q
 
 void KQCollapsibleListView::setHiddenForCollapsableView(bool hidden, KQCollapsibleView *view)
 {
-    KQAssertText("view && [_collapsableViews containsObject:view]", view && m_collapsableViews.contains(view));
+    KQAssertText("view && [_collapsableViews containsObject:view]", view && d->collapsableViews.contains(view));
     if (kq_isExplicitlyHidden(view) == hidden)
         return;
     view->setHidden(hidden);
@@ -125,65 +166,65 @@ void KQCollapsibleListView::setHiddenForCollapsableView(bool hidden, KQCollapsib
 void KQCollapsibleListView::setFrame(const QRect &frame)
 {
     QRect clamped = frame;
-    if (!m_blockSubviewLayout) {
+    if (!d->layoutBlocked) {
         KQHeightLimits limits;
         getMinHeight(&limits.minHeight, &limits.maxHeight);
         // The minimum wins a conflict.
         const double height = std::max(limits.minHeight, std::min(double(frame.height()), limits.maxHeight));
         clamped.setHeight(widgetHeight(height));
     }
-    applyFrame(clamped);
+    d->applyFrame(clamped);
 }
 
-void KQCollapsibleListView::applyFrame(const QRect &frame)
+void KQCollapsibleListViewPrivate::applyFrame(const QRect &frame)
 {
-    setGeometry(frame);
-    layoutSubviews();
+    q->setGeometry(frame);
+    q->layoutSubviews();
 }
 
 void KQCollapsibleListView::layoutSubviews()
 {
-    if (m_blockSubviewLayout)
+    if (d->layoutBlocked)
         return;
-    m_laidOutSize = size();
-    const std::optional<QList<QRectF>> frames = stackFrames(stackItems(m_collapsableViews), width(), height());
+    d->laidOutSize = size();
+    const std::optional<QList<QRectF>> frames = stackFrames(stackItems(d->collapsableViews), width(), height());
     if (!frames)
         return;
     bool first = true;
-    for (qsizetype i = 0; i < m_collapsableViews.size(); ++i) {
-        KQCollapsibleView *view = m_collapsableViews.at(i);
+    for (qsizetype i = 0; i < d->collapsableViews.size(); ++i) {
+        KQCollapsibleView *view = d->collapsableViews.at(i);
         if (kq_isExplicitlyHidden(view))
             continue;
         view->setFrame(frames->at(i).toRect());
         view->setDrawTopLine(!first);
         first = false;
     }
-    limitsChanged();
+    d->limitsChanged();
 }
 
 void KQCollapsibleListView::resizeToFitSubviews()
 {
     const QSize size = this->size();
     if (size.width() == 0 && size.height() == 0) {
-        KQAssertText("[_collapsableViews count] > 0", !m_collapsableViews.isEmpty());
-        applyFrame(QRect(pos(), m_collapsableViews.last()->size()));
+        KQAssertText("[_collapsableViews count] > 0", !d->collapsableViews.isEmpty());
+        d->applyFrame(QRect(pos(), d->collapsableViews.last()->size()));
         return;
     }
     KQHeightLimits limits;
     getMinHeight(&limits.minHeight, &limits.maxHeight);
     const double fitted = fittedListHeight(size.height(), limits);
-    limitsChanged();
+    d->limitsChanged();
     if (!(fitted > 0.0))
         return;
     const QSize fittedSize(size.width(), widgetHeight(fitted));
     // Fitting sets the size only: no clamp, so here the maximum wins.
     if (fittedSize != this->size())
-        applyFrame(QRect(pos(), fittedSize));
+        d->applyFrame(QRect(pos(), fittedSize));
 }
 
 void KQCollapsibleListView::getMinHeight(double *minHeight, double *maxHeight) const
 {
-    const KQHeightLimits limits = listHeightLimits(stackItems(m_collapsableViews));
+    const KQHeightLimits limits = listHeightLimits(stackItems(d->collapsableViews));
     if (minHeight)
         *minHeight = limits.minHeight;
     if (maxHeight)
@@ -191,47 +232,47 @@ void KQCollapsibleListView::getMinHeight(double *minHeight, double *maxHeight) c
     KQAssertText("minHeight <= maxHeight", limits.minHeight <= limits.maxHeight);
 }
 
-void KQCollapsibleListView::limitsChanged()
+void KQCollapsibleListViewPrivate::limitsChanged()
 {
     // Only hints: Qt applies a minimum or maximum height at once, and the
     // list must not resize itself behind its owner's back.
-    const KQHeightLimits limits = listHeightLimits(stackItems(m_collapsableViews));
+    const KQHeightLimits limits = listHeightLimits(stackItems(collapsableViews));
     // Told only when the limits move: stacking alone changes the hinted
     // height too, and a layout asked again after every stacking would feed
     // the list's own height back into it.
-    if (m_hintedMinHeight == limits.minHeight && m_hintedMaxHeight == limits.maxHeight)
+    if (hintedMinHeight == limits.minHeight && hintedMaxHeight == limits.maxHeight)
         return;
-    m_hintedMinHeight = limits.minHeight;
-    m_hintedMaxHeight = limits.maxHeight;
+    hintedMinHeight = limits.minHeight;
+    hintedMaxHeight = limits.maxHeight;
     const QSizePolicy::Policy vertical =
         limits.maxHeight < double(QWIDGETSIZE_MAX) ? QSizePolicy::Maximum : QSizePolicy::Preferred;
-    if (sizePolicy().verticalPolicy() != vertical) {
-        QSizePolicy policy = sizePolicy();
+    if (q->sizePolicy().verticalPolicy() != vertical) {
+        QSizePolicy policy = q->sizePolicy();
         policy.setVerticalPolicy(vertical);
-        setSizePolicy(policy); // updates the geometry too
+        q->setSizePolicy(policy); // updates the geometry too
     } else {
-        updateGeometry();
+        q->updateGeometry();
     }
 }
 
 void KQCollapsibleListView::loadFromAutosaveName()
 {
-    if (m_autosaveName.isNull())
+    if (d->autosaveName.isNull())
         return;
     // A frame set while hidden has had no resize event: the views must
     // stand where the frame puts them before they collapse or expand.
-    if (size() != m_laidOutSize)
+    if (size() != d->laidOutSize)
         layoutSubviews();
     bool damaged = false;
-    const QStringList titles = storedTitles(KQSettings::userDefaults()->value(m_autosaveName), &damaged);
+    const QStringList titles = storedTitles(KQSettings::userDefaults()->value(d->autosaveName), &damaged);
     if (damaged)
         ZLLogWarning("The saved state under \"%s\" is not a list of titles; only its titles are used",
-                     qUtf8Printable(m_autosaveName));
+                     qUtf8Printable(d->autosaveName));
     // Guarded copies: a delegate told about one view's animation may destroy
     // another view of the list.
     QList<QPointer<KQCollapsibleView>> views;
-    views.reserve(m_collapsableViews.size());
-    for (KQCollapsibleView *view : std::as_const(m_collapsableViews))
+    views.reserve(d->collapsableViews.size());
+    for (KQCollapsibleView *view : std::as_const(d->collapsableViews))
         views.append(view);
     for (const QPointer<KQCollapsibleView> &view : std::as_const(views)) {
         if (!view)
@@ -243,14 +284,14 @@ void KQCollapsibleListView::loadFromAutosaveName()
 
 void KQCollapsibleListView::saveToAutosaveName()
 {
-    if (m_autosaveName.isNull())
+    if (d->autosaveName.isNull())
         return;
     QList<std::pair<QString, bool>> states;
-    states.reserve(m_collapsableViews.size());
-    for (const KQCollapsibleView *view : std::as_const(m_collapsableViews))
+    states.reserve(d->collapsableViews.size());
+    for (const KQCollapsibleView *view : std::as_const(d->collapsableViews))
         states.append({view->title(), view->isCollapsed()});
     const std::unique_ptr<QSettings> settings = KQSettings::userDefaults();
-    settings->setValue(m_autosaveName, collapsedTitlesToSave(states));
+    settings->setValue(d->autosaveName, collapsedTitlesToSave(states));
     settings->sync();
 }
 
@@ -259,13 +300,18 @@ void KQCollapsibleListView::appWillTerminate()
     saveToAutosaveName();
 }
 
+bool KQCollapsibleListView::isLayoutBlocked() const
+{
+    return d->layoutBlocked;
+}
+
 QSize KQCollapsibleListView::sizeHint() const
 {
-    const KQHeightLimits limits = listHeightLimits(stackItems(m_collapsableViews));
+    const KQHeightLimits limits = listHeightLimits(stackItems(d->collapsableViews));
     if (limits.maxHeight < double(QWIDGETSIZE_MAX))
         return QSize(width(), widgetHeight(limits.maxHeight));
     double height = 0.0;
-    for (const KQCollapsibleView *view : m_collapsableViews) {
+    for (const KQCollapsibleView *view : d->collapsableViews) {
         if (!kq_isExplicitlyHidden(view))
             height += view->height();
     }
@@ -274,59 +320,59 @@ QSize KQCollapsibleListView::sizeHint() const
 
 QSize KQCollapsibleListView::minimumSizeHint() const
 {
-    return QSize(0, widgetHeight(listHeightLimits(stackItems(m_collapsableViews)).minHeight));
+    return QSize(0, widgetHeight(listHeightLimits(stackItems(d->collapsableViews)).minHeight));
 }
 
 void KQCollapsibleListView::collapsableViewWillAnimateFromHeight(KQCollapsibleView *view, double fromHeight,
                                                                  double toHeight, KQViewAnimations &animations)
 {
-    const KQAnimationPlan plan =
-        animationPlan(stackItems(m_collapsableViews), m_collapsableViews.indexOf(view), fromHeight, toHeight);
+    const KQAnimationPlan plan = animationPlan(stackItems(d->collapsableViews), d->collapsableViews.indexOf(view),
+                                               fromHeight, toHeight);
     for (const auto &[index, endFrame] : plan.moves)
-        animations.append({m_collapsableViews.at(index), endFrame});
+        animations.append({d->collapsableViews.at(index), endFrame});
     QRectF listFrame(geometry());
     listFrame.setHeight(plan.listHeight);
     animations.append({this, listFrame});
 
-    if (KQCollapsibleListViewDelegate *delegate = m_delegate->get())
+    if (KQCollapsibleListViewDelegate *delegate = d->delegate.get())
         delegate->collapsableListViewWillAnimateFromHeight(this, height(), plan.listHeight, animations);
-    setLayoutBlocked(true, view);
+    d->setLayoutBlocked(true, view);
 }
 
 void KQCollapsibleListView::collapsableViewFinishedAnimations(KQCollapsibleView *, const KQViewAnimations &)
 {
-    setLayoutBlocked(false, nullptr);
+    d->setLayoutBlocked(false, nullptr);
 }
 
-void KQCollapsibleListView::setLayoutBlocked(bool blocked, const QObject *view)
+void KQCollapsibleListViewPrivate::setLayoutBlocked(bool blocked, const QObject *view)
 {
-    const bool changed = blocked != m_blockSubviewLayout;
-    m_blockSubviewLayout = blocked;
-    m_blockingView = view;
+    const bool changed = blocked != layoutBlocked;
+    layoutBlocked = blocked;
+    blockingView = view;
     if (!blocked)
         limitsChanged();
     // The animations keep every width, so a new width came from outside
     // (a scroll area following its viewport) and its layout was skipped.
-    if (!blocked && m_widthChangedWhileBlocked) {
-        m_widthChangedWhileBlocked = false;
-        layoutSubviews();
+    if (!blocked && widthChangedWhileBlocked) {
+        widthChangedWhileBlocked = false;
+        q->layoutSubviews();
     }
     if (changed)
-        Q_EMIT layoutBlockedChanged(blocked);
+        Q_EMIT q->layoutBlockedChanged(blocked);
 }
 
 void KQCollapsibleListView::resizeEvent(QResizeEvent *event)
 {
-    if (m_blockSubviewLayout && event->oldSize().width() != width())
-        m_widthChangedWhileBlocked = true;
+    if (d->layoutBlocked && event->oldSize().width() != width())
+        d->widthChangedWhileBlocked = true;
     layoutSubviews();
 }
 
-void KQCollapsibleListView::forgetView(QObject *view)
+void KQCollapsibleListViewPrivate::forgetView(QObject *view)
 {
-    m_collapsableViews.removeIf([view](KQCollapsibleView *held) { return static_cast<QObject *>(held) == view; });
-    if (m_blockSubviewLayout && m_blockingView == view)
-        collapsableViewFinishedAnimations(nullptr, {});
+    collapsableViews.removeIf([view](KQCollapsibleView *held) { return static_cast<QObject *>(held) == view; });
+    if (layoutBlocked && blockingView == view)
+        q->collapsableViewFinishedAnimations(nullptr, {});
     else
         limitsChanged();
 }

@@ -1,7 +1,5 @@
 #pragma once
 
-#include <TarnCommon/TarnCommonExport.h>
-
 #include <QtCore/QList>
 #include <QtCore/QRectF>
 #include <QtCore/QStringList>
@@ -52,8 +50,7 @@ KQHeightLimits listHeightLimits(const QList<KQStackItem> &items);
 // resizable, expanded view as far as its limits allow, the rest to the next
 // one, and so on. Hidden views keep their frame. No answer for a list
 // without width or height: nothing is to be laid out then.
-std::optional<QList<QRectF>> stackFrames(const QList<KQStackItem> &items, double width,
-                                                           double height);
+std::optional<QList<QRectF>> stackFrames(const QList<KQStackItem> &items, double width, double height);
 
 // The height a list fitting its views takes: its current height clamped to
 // the limits, the maximum winning on a conflict (unlike the frame clamp,
@@ -68,8 +65,8 @@ struct KQAnimationPlan
     QList<std::pair<qsizetype, QRectF>> moves; // index of a view, its end frame
     double listHeight = 0.0;
 };
-KQAnimationPlan animationPlan(const QList<KQStackItem> &items, qsizetype animatingIndex,
-                                                double fromHeight, double toHeight);
+KQAnimationPlan animationPlan(const QList<KQStackItem> &items, qsizetype animatingIndex, double fromHeight,
+                              double toHeight);
 
 // The titles stored for a list: the titles of its collapsed views, in list
 // order (untitled views, given as null strings, never listed).

@@ -7,6 +7,7 @@
 
 #include <TarnCommon/KQAssert.h>
 
+#include <QtCore/QPointer>
 #include <QtGui/QPainter>
 #include <QtWidgets/QToolButton>
 
@@ -51,15 +52,41 @@ private:
 
 } // namespace
 
+class KQCollapsibleViewPrivate
+{
+public:
+    KQCollapsibleViewPrivate(KQCollapsibleView *q, QWidget *contentView, bool canCollapse, bool heightResizable)
+        : q(q)
+        , canCollapse(canCollapse)
+        , heightResizable(heightResizable)
+        , contentView(contentView)
+    {
+    }
+
+    QToolButton *makeCollapseButton();
+    KQTitleField *makeTitleField(const QString &title);
+    void animationDidEnd(KQViewAnimation *animation);
+
+    KQCollapsibleView *const q;
+    bool collapsed = false;
+    const bool canCollapse = false;
+    bool heightResizable = false;
+    bool animating = false;
+    bool drawTopLine = false;
+    QSize laidOutSize; // the size the last layout was made for
+    QToolButton *collapseButton = nullptr; // children: owned by the view
+    KQTitleField *titleField = nullptr;
+    QPointer<QWidget> contentView; // a child too, but its owner may delete it
+    QPointer<KQViewAnimation> animation;
+    KQGuardedDelegate<KQCollapsibleViewDelegate> delegate;
+};
+
 KQCollapsibleViewDelegate::~KQCollapsibleViewDelegate() = default;
 
 KQCollapsibleView::KQCollapsibleView(const QString &title, QWidget *contentView, bool collapsable,
                                      bool heightResizable, QWidget *parent)
     : QWidget(parent)
-    , m_canCollapse(collapsable)
-    , m_isHeightResizable(heightResizable)
-    , m_contentView(contentView)
-    , m_delegate(std::make_unique<KQGuardedDelegate<KQCollapsibleViewDelegate>>())
+    , d(std::make_unique<KQCollapsibleViewPrivate>(this, contentView, collapsable, heightResizable))
 {
     QSize size = contentView ? contentView->size() : QSize(0, 0);
     if (!title.isNull())
@@ -69,16 +96,16 @@ KQCollapsibleView::KQCollapsibleView(const QString &title, QWidget *contentView,
     if (contentView)
         kq_adoptWidget(this, contentView);
     if (!title.isNull()) {
-        m_collapseButton = makeCollapseButton();
-        m_titleField = makeTitleField(title);
-        m_collapseButton->setAccessibleName(title);
+        d->collapseButton = d->makeCollapseButton();
+        d->titleField = d->makeTitleField(title);
+        d->collapseButton->setAccessibleName(title);
     }
     layoutSubviews();
 }
 
 KQCollapsibleView::KQCollapsibleView(const QRect &frame, QWidget *parent)
     : QWidget(parent)
-    , m_delegate(std::make_unique<KQGuardedDelegate<KQCollapsibleViewDelegate>>())
+    , d(std::make_unique<KQCollapsibleViewPrivate>(this, nullptr, false, false))
 {
     KQReportInvalidInitializer();
     setGeometry(frame);
@@ -88,82 +115,107 @@ KQCollapsibleView::~KQCollapsibleView()
 {
     // Dying mid-animation: the animation must neither call back into this
     // half-destroyed view nor move anything afterwards.
-    if (m_animation) {
-        m_animation->disconnect(this);
-        delete m_animation.data();
+    if (d->animation) {
+        d->animation->disconnect(this);
+        delete d->animation.data();
     }
 }
 
 KQCollapsibleViewDelegate *KQCollapsibleView::delegate() const
 {
-    return m_delegate->get();
+    return d->delegate.get();
 }
 
 void KQCollapsibleView::setDelegate(KQCollapsibleViewDelegate *delegate)
 {
-    m_delegate->set(delegate);
+    d->delegate.set(delegate);
 }
 
 QString KQCollapsibleView::title() const
 {
-    return m_titleField ? static_cast<KQTitleField *>(m_titleField)->text() : QString();
+    return d->titleField ? d->titleField->text() : QString();
 }
 
 QWidget *KQCollapsibleView::contentView() const
 {
-    return m_contentView;
+    return d->contentView;
+}
+
+bool KQCollapsibleView::canCollapse() const
+{
+    return d->canCollapse;
+}
+
+bool KQCollapsibleView::isHeightResizable() const
+{
+    return d->heightResizable;
 }
 
 void KQCollapsibleView::setIsHeightResizable(bool resizable)
 {
-    if (resizable == m_isHeightResizable)
+    if (resizable == d->heightResizable)
         return;
-    m_isHeightResizable = resizable;
+    d->heightResizable = resizable;
     layoutSubviews();
     Q_EMIT isHeightResizableChanged(resizable);
 }
 
+bool KQCollapsibleView::drawTopLine() const
+{
+    return d->drawTopLine;
+}
+
 void KQCollapsibleView::setDrawTopLine(bool draw)
 {
-    const bool changed = draw != m_drawTopLine;
-    m_drawTopLine = draw;
+    const bool changed = draw != d->drawTopLine;
+    d->drawTopLine = draw;
     update();
     if (changed)
         Q_EMIT drawTopLineChanged(draw);
 }
 
+bool KQCollapsibleView::isCollapsed() const
+{
+    return d->collapsed;
+}
+
+bool KQCollapsibleView::isAnimating() const
+{
+    return d->animating;
+}
+
 double KQCollapsibleView::minHeight() const
 {
-    return viewHeightLimits(height(), m_isHeightResizable, m_isCollapsed).minHeight;
+    return viewHeightLimits(height(), d->heightResizable, d->collapsed).minHeight;
 }
 
 double KQCollapsibleView::maxHeight() const
 {
-    return viewHeightLimits(height(), m_isHeightResizable, m_isCollapsed).maxHeight;
+    return viewHeightLimits(height(), d->heightResizable, d->collapsed).maxHeight;
 }
 
-QToolButton *KQCollapsibleView::makeCollapseButton()
+QToolButton *KQCollapsibleViewPrivate::makeCollapseButton()
 {
-    auto *button = new QToolButton(this);
+    auto *button = new QToolButton(q);
     button->setObjectName(QStringLiteral("collapseButton"));
     button->setGeometry(0, 0, int(HeaderHeight), int(HeaderHeight));
-    button->setHidden(!m_canCollapse);
+    button->setHidden(!canCollapse);
     button->setAutoRaise(true);
     button->setFocusPolicy(Qt::TabFocus);
     // Checked ("on") means expanded, as the arrow shows.
     button->setCheckable(true);
     button->setChecked(true);
     button->setArrowType(Qt::DownArrow);
-    connect(button, &QToolButton::toggled, button,
-            [button](bool on) { button->setArrowType(on ? Qt::DownArrow : Qt::RightArrow); });
-    connect(button, &QToolButton::clicked, this, &KQCollapsibleView::toggleCollapsed);
+    QObject::connect(button, &QToolButton::toggled, button,
+                     [button](bool on) { button->setArrowType(on ? Qt::DownArrow : Qt::RightArrow); });
+    QObject::connect(button, &QToolButton::clicked, q, &KQCollapsibleView::toggleCollapsed);
     button->adjustSize();
     return button;
 }
 
-QWidget *KQCollapsibleView::makeTitleField(const QString &title)
+KQTitleField *KQCollapsibleViewPrivate::makeTitleField(const QString &title)
 {
-    auto *field = new KQTitleField(title, this);
+    auto *field = new KQTitleField(title, q);
     field->setObjectName(QStringLiteral("titleField"));
     field->setGeometry(0, 0, 100, int(HeaderHeight));
     return field;
@@ -177,47 +229,47 @@ void KQCollapsibleView::setFrame(const QRect &frame)
 
 void KQCollapsibleView::layoutSubviews()
 {
-    m_laidOutSize = size();
+    d->laidOutSize = size();
     const int w = width();
     const int header = int(HeaderHeight);
-    if (m_collapseButton)
-        m_collapseButton->setGeometry(0, 0, header, header);
-    if (m_titleField) {
-        const int x = (!m_collapseButton || kq_isExplicitlyHidden(m_collapseButton))
+    if (d->collapseButton)
+        d->collapseButton->setGeometry(0, 0, header, header);
+    if (d->titleField) {
+        const int x = (!d->collapseButton || kq_isExplicitlyHidden(d->collapseButton))
                           ? 3
-                          : m_collapseButton->geometry().x() + m_collapseButton->geometry().width();
+                          : d->collapseButton->geometry().x() + d->collapseButton->geometry().width();
         const int titleWidth = w - x > 0 ? w - x : 10;
-        m_titleField->setGeometry(x, 0, titleWidth, header);
+        d->titleField->setGeometry(x, 0, titleWidth, header);
     }
-    if (m_contentView) {
-        const int top = m_titleField ? header : 0;
-        int contentHeight = m_contentView->height();
-        if (m_isHeightResizable && !m_isCollapsed && !m_isAnimating)
+    if (d->contentView) {
+        const int top = d->titleField ? header : 0;
+        int contentHeight = d->contentView->height();
+        if (d->heightResizable && !d->collapsed && !d->animating)
             contentHeight = height() - top;
-        m_contentView->setGeometry(0, top, w, contentHeight);
+        d->contentView->setGeometry(0, top, w, contentHeight);
     }
 }
 
 void KQCollapsibleView::toggleCollapsed()
 {
-    setCollapsed(!m_isCollapsed, true);
+    setCollapsed(!d->collapsed, true);
 }
 
 void KQCollapsibleView::setCollapsed(bool collapsed, bool animate)
 {
-    if (collapsed == m_isCollapsed)
+    if (collapsed == d->collapsed)
         return;
-    KQAssertText("_canCollapse", m_canCollapse);
+    KQAssertText("_canCollapse", d->canCollapse);
     // The content's frame decides the height the view expands to again: a
     // size set while hidden (no resize event yet) must reach it first.
-    if (size() != m_laidOutSize && !m_isAnimating)
+    if (size() != d->laidOutSize && !d->animating)
         layoutSubviews();
-    m_isCollapsed = collapsed;
+    d->collapsed = collapsed;
     Q_EMIT isCollapsedChanged(collapsed);
 
     double target = HeaderHeight;
     if (!collapsed)
-        target = m_contentView ? m_contentView->geometry().y() + m_contentView->geometry().height() : 0.0;
+        target = d->contentView ? d->contentView->geometry().y() + d->contentView->geometry().height() : 0.0;
     setHeight(target, animate);
 }
 
@@ -229,8 +281,8 @@ void KQCollapsibleView::setHeight(double height, bool animate)
         return;
     // One animation at a time: a running one is taken to its end first, so
     // its delegate messages stay paired and the new one starts from there.
-    if (m_animation) {
-        m_animation->setCurrentTime(m_animation->duration());
+    if (d->animation) {
+        d->animation->setCurrentTime(d->animation->duration());
         if (std::abs(this->height() - height) <= HeightEpsilon)
             return;
     }
@@ -238,37 +290,36 @@ void KQCollapsibleView::setHeight(double height, bool animate)
     const QRect frame = geometry();
 
     KQViewAnimations animations;
-    if (KQCollapsibleViewDelegate *delegate = m_delegate->get())
+    if (KQCollapsibleViewDelegate *delegate = d->delegate.get())
         delegate->collapsableViewWillAnimateFromHeight(this, frame.height(), height, animations);
     animations.append({this, QRectF(frame.x(), frame.y(), frame.width(), height)});
 
     auto *animation = new KQViewAnimation(animations, animate ? AnimationDurationMs : 0, this);
-    m_animation = animation;
-    connect(animation, &QAbstractAnimation::finished, this, &KQCollapsibleView::animationDidEnd);
-    m_isAnimating = true;
+    d->animation = animation;
+    connect(animation, &QAbstractAnimation::finished, this, [this, animation] { d->animationDidEnd(animation); });
+    d->animating = true;
     animation->start(QAbstractAnimation::DeleteWhenStopped);
 }
 
-void KQCollapsibleView::animationDidEnd()
+void KQCollapsibleViewPrivate::animationDidEnd(KQViewAnimation *ended)
 {
-    auto *animation = qobject_cast<KQViewAnimation *>(sender());
-    const KQViewAnimations finished = animation ? animation->viewAnimations() : KQViewAnimations();
-    if (m_animation == animation)
-        m_animation.clear();
+    const KQViewAnimations finished = ended->viewAnimations();
+    if (animation == ended)
+        animation.clear();
 
-    m_isAnimating = false;
-    if (m_collapseButton)
-        m_collapseButton->setChecked(!m_isCollapsed);
-    layoutSubviews();
-    update(); // the line under the header goes with the end of a collapse
+    animating = false;
+    if (collapseButton)
+        collapseButton->setChecked(!collapsed);
+    q->layoutSubviews();
+    q->update(); // the line under the header goes with the end of a collapse
     // Last: the delegate may destroy this view.
-    if (KQCollapsibleViewDelegate *delegate = m_delegate->get())
-        delegate->collapsableViewFinishedAnimations(this, finished);
+    if (KQCollapsibleViewDelegate *listener = delegate.get())
+        listener->collapsableViewFinishedAnimations(q, finished);
 }
 
 QVariantAnimation *KQCollapsibleView::currentAnimation() const
 {
-    return m_animation;
+    return d->animation;
 }
 
 QSize KQCollapsibleView::sizeHint() const
@@ -281,14 +332,14 @@ void KQCollapsibleView::paintEvent(QPaintEvent *)
     QPainter painter(this);
     const int w = width();
     const int header = int(HeaderHeight);
-    if (m_titleField)
+    if (d->titleField)
         painter.fillRect(QRect(0, 0, w, header), palette().color(QPalette::Button));
     const QColor shadow = palette().color(QPalette::Dark);
-    if (m_drawTopLine)
+    if (d->drawTopLine)
         painter.fillRect(QRect(0, 0, w, 1), shadow);
     // A collapsed header has no line under it, but the line stays while the
     // collapse is still running.
-    if (m_titleField && !(m_isCollapsed && !m_isAnimating))
+    if (d->titleField && !(d->collapsed && !d->animating))
         painter.fillRect(QRect(0, header - 1, w, 1), shadow);
 }
 

@@ -3,134 +3,220 @@
 #include <TarnCommon/KQViewAnimationEntry.h>
 #include <TarnCommon/TarnCommonExport.h>
 
-#include <QtCore/QPointer>
 #include <QtWidgets/QWidget>
 
 #include <memory>
 
-class KQCollapsibleView;
-class QToolButton;
-class QVariantAnimation;
-template<typename Interface>
-class KQGuardedDelegate;
+/*! \file KQCollapsibleView.h
+    \brief A content widget under a title header that collapses to the header, and its delegate. */
 
-// Told about every height animation of a collapsible view. The delegate must
-// be a QObject as well (it is held by a guarded pointer, never owned).
+class KQCollapsibleView;
+class KQCollapsibleViewPrivate;
+class QVariantAnimation;
+
+/*!
+    Told about every height animation of a KQCollapsibleView.
+
+    Implement it in a class that is also a QObject: the view holds its
+    delegate through a guarded pointer, never owns it, and stops sending
+    messages once the QObject is destroyed. A delegate that is not a QObject
+    is refused with a report. KQCollapsibleListView is the usual delegate.
+*/
 class TARNCOMMON_EXPORT KQCollapsibleViewDelegate
 {
 public:
+    /*! Destroys the delegate; a view holding it simply stops calling it. */
     virtual ~KQCollapsibleViewDelegate();
 
-    // Sent before the view builds its animation. The delegate may append
-    // entries for other widgets that are to move in the same animation; the
-    // view's own entry comes after them.
+    /*!
+        Sent before \a view builds an animation from \a fromHeight to
+        \a toHeight (pixels), animated or not. The delegate may append entries
+        to \a animations for other widgets that are to move in the same
+        animation; the view's own entry is appended after them.
+    */
     virtual void collapsableViewWillAnimateFromHeight(KQCollapsibleView *view, double fromHeight, double toHeight,
                                                       KQViewAnimations &animations) = 0;
-    // Sent once the animation has ended and the view has laid itself out.
+    /*!
+        Sent once the animation of \a view has ended and the view has laid
+        itself out again; \a animations holds every entry the animation ran.
+        Sent last, so the delegate may destroy the view here.
+    */
     virtual void collapsableViewFinishedAnimations(KQCollapsibleView *view, const KQViewAnimations &animations) = 0;
 };
 
-// One content widget under an optional 18-pixel title header with a
-// disclosure button. Collapsing shrinks the view to its header with a short
-// animation; a container (normally KQCollapsibleListView) stacks several of
-// them using their height limits.
+/*!
+    One content widget under an optional title header with a disclosure
+    button.
+
+    Clicking the button collapses the view to its HeaderHeight header, or
+    expands it to show the content again, with an animation of
+    AnimationDurationMs. The view reports its height limits (minHeight(),
+    maxHeight()) so that a container, normally KQCollapsibleListView, can
+    stack several views and share the spare height among them; the
+    container hears of every height change through KQCollapsibleViewDelegate.
+
+    \code
+    auto *list = new KQCollapsibleListView(panel);
+    list->addCollapsableView(new KQCollapsibleView(tr("Colours"), coloursWidget, true, false));
+    list->addCollapsableView(new KQCollapsibleView(tr("Notes"), notesEditor, true, true));
+    list->setAutosaveName(QStringLiteral("InspectorSections"));
+    \endcode
+*/
 class TARNCOMMON_EXPORT KQCollapsibleView : public QWidget
 {
     Q_OBJECT
+    /*! The header's title; null for a view without header. Fixed at construction. */
     Q_PROPERTY(QString title READ title CONSTANT)
+    /*! Whether the content follows the view's height while expanded (the
+        view may then shrink to its header and grow without end). */
     Q_PROPERTY(bool isHeightResizable READ isHeightResizable WRITE setIsHeightResizable NOTIFY isHeightResizableChanged)
+    /*! Whether a one-pixel separator is drawn along the top edge; false by
+        default. A list sets it on every view but the first. */
     Q_PROPERTY(bool drawTopLine READ drawTopLine WRITE setDrawTopLine NOTIFY drawTopLineChanged)
+    /*! Whether the view is collapsed, from the moment a collapse starts;
+        false after construction. Changed with setCollapsed(). */
     Q_PROPERTY(bool isCollapsed READ isCollapsed NOTIFY isCollapsedChanged)
-    // Computed from the height and the state whenever asked: no change signal.
+    /*! The smallest height a container may give the view, in pixels.
+        Computed from the height and the state whenever asked: no change signal. */
     Q_PROPERTY(double minHeight READ minHeight)
+    /*! The largest height a container may give the view, in pixels.
+        Computed from the height and the state whenever asked: no change signal. */
     Q_PROPERTY(double maxHeight READ maxHeight)
 
 public:
-    // The height of the header band, of the button and of a collapsed view.
+    /*! The height in pixels of the header band, of the button's side and of a
+        collapsed view; also the minimum height of a resizable view. */
     static constexpr double HeaderHeight = 18.0;
-    // The length of an animated collapse or expansion.
+    /*! The length of an animated collapse or expansion, in milliseconds. */
     static constexpr int AnimationDurationMs = 200;
 
-    // A null title makes a view without header. The view takes the content
-    // widget's size (plus the header) and becomes its parent. A view that is
-    // not collapsable shows no button and refuses to collapse.
+    /*!
+        Makes a view holding \a contentView under a header titled \a title.
+
+        A null \a title makes a view without header (no button, no title, the
+        content at the top). The view takes the content's size plus the
+        header, and becomes the content's parent (and so its owner) without
+        changing whether it shows; \a contentView may be null. A view that is
+        not \a collapsable shows no button and refuses to collapse.
+        \a heightResizable sets isHeightResizable.
+    */
     KQCollapsibleView(const QString &title, QWidget *contentView, bool collapsable, bool heightResizable,
                       QWidget *parent = nullptr);
-    // Not a valid way to make the view: reports "Invalid initializer method
-    // called" and leaves an empty view without header or content.
+    /*!
+        Not a valid way to make the view: reports "Invalid initializer method
+        called" and leaves an empty view of geometry \a frame without header
+        or content.
+    */
     explicit KQCollapsibleView(const QRect &frame, QWidget *parent = nullptr);
+    /*! Destroys the view and its children; a running animation stops where it
+        is, without telling the delegate. */
     ~KQCollapsibleView() override;
 
+    /*! The delegate, or nullptr when none is set or it was destroyed. */
     KQCollapsibleViewDelegate *delegate() const;
+    /*! Sets the delegate told about height animations; not owned. It must
+        also be a QObject, otherwise it is refused with a report and the view
+        has no delegate. nullptr removes the delegate. */
     void setDelegate(KQCollapsibleViewDelegate *delegate);
 
-    QString title() const; // null without a header
+    /*! The header's title, or a null string for a view without header. */
+    QString title() const;
+    /*! The content widget, or nullptr when there is none or it was destroyed. */
     QWidget *contentView() const;
-    bool canCollapse() const { return m_canCollapse; }
+    /*! Whether the view may collapse, as given at construction. */
+    bool canCollapse() const;
 
-    bool isHeightResizable() const { return m_isHeightResizable; }
+    /*! Whether the content follows the view's height while expanded. */
+    bool isHeightResizable() const;
+    /*! Sets isHeightResizable; on a change, lays the view out again and emits
+        isHeightResizableChanged(). */
     void setIsHeightResizable(bool resizable);
-    bool drawTopLine() const { return m_drawTopLine; }
+    /*! Whether a separator is drawn along the top edge. */
+    bool drawTopLine() const;
+    /*! Sets drawTopLine and repaints; emits drawTopLineChanged() on a change. */
     void setDrawTopLine(bool draw);
-    bool isCollapsed() const { return m_isCollapsed; }
-    bool isAnimating() const { return m_isAnimating; }
+    /*! Whether the view is collapsed, or collapsing. */
+    bool isCollapsed() const;
+    /*! True while a height animation runs, until it has ended. */
+    bool isAnimating() const;
 
-    // A resizable view may shrink to its header; while expanded it may grow
-    // without end (the largest finite double). Otherwise both limits are the
-    // current height. A subclass may narrow them, for example give a
-    // resizable view a finite maximum: a list stacking it then passes the
-    // spare height it cannot take on to the next resizable view.
+    /*!
+        The smallest height a container may give the view: HeaderHeight for a
+        resizable view, otherwise its current height.
+
+        Reimplement (with maxHeight()) to narrow the limits, for example to
+        give a resizable view a finite maximum: a list stacking it then passes
+        the spare height it cannot take on to the next resizable view.
+    */
     virtual double minHeight() const;
+    /*!
+        The largest height a container may give the view: the largest finite
+        double (not infinity) for a resizable, expanded view, otherwise its
+        current height. See minHeight() on reimplementing it.
+    */
     virtual double maxHeight() const;
 
-    // The state changes at once (so limits and layout see it); the height
-    // follows through an animation, of 0 ms when animate is false.
+    /*!
+        Collapses the view to its header, or expands it back to its content's
+        height. The state (and with it the limits and the layout) changes at
+        once and isCollapsedChanged() is emitted; the height follows through an
+        animation, of 0 ms when \a animate is false, which still tells the
+        delegate both messages. Asking for the current state does nothing;
+        collapsing a view that cannot collapse is reported and changes nothing.
+    */
     void setCollapsed(bool collapsed, bool animate);
-    // Animates the view's height, the top edge staying put. A change below
-    // the single-precision epsilon does nothing at all.
+    /*!
+        Animates the view's height to \a height pixels (0 ms when \a animate is
+        false), the top edge staying put; the delegate may add widgets to the
+        animation. A running animation is first taken to its end. A change
+        below the single-precision epsilon does nothing at all.
+    */
     void setHeight(double height, bool animate);
-    // Places the button, the title and the content; a resizable content
-    // follows the view's height only while expanded and idle.
-    void layoutSubviews();
-    // Sets the geometry and lays the view out at once, shown or not. Qt
-    // holds back the resize events of hidden widgets, so a frame set with
-    // QWidget::setGeometry() or resize() while the view is hidden is laid out
-    // only when it shows, or before the view next collapses.
+    /*!
+        Places the button, the title and the content. The content spans the
+        full width below the header; a resizable content follows the view's
+        height only while expanded and idle, otherwise it keeps its height.
+        Called on every resize. Reimplement to place widgets of a subclass;
+        call this implementation first.
+    */
+    virtual void layoutSubviews();
+    /*!
+        Sets the geometry to \a frame and lays the view out at once, shown or
+        not. Qt holds back the resize events of hidden widgets, so a frame set
+        with QWidget::setGeometry() or resize() while the view is hidden is
+        laid out only when it shows, or before the view next collapses.
+    */
     void setFrame(const QRect &frame);
 
-    // The running height animation, or nullptr. Lets callers (and tests)
-    // drive or observe it.
+    /*! The running height animation, or nullptr. Owned by the view, and
+        deleted when it stops; lets callers drive or observe it. */
     QVariantAnimation *currentAnimation() const;
 
+    /*! The view's current size: layouts keep the size the view was given. */
     QSize sizeHint() const override;
 
 public Q_SLOTS:
-    // The button's action: collapses or expands with animation.
+    /*! Collapses an expanded view or expands a collapsed one, animated: the
+        button's action. */
     void toggleCollapsed();
 
 Q_SIGNALS:
+    /*! Emitted when isHeightResizable changes, with the new value. */
     void isHeightResizableChanged(bool resizable);
+    /*! Emitted when drawTopLine changes, with the new value. */
     void drawTopLineChanged(bool draw);
+    /*! Emitted when a collapse or expansion starts, before its animation,
+        with the new state. */
     void isCollapsedChanged(bool collapsed);
 
 protected:
+    /*! Draws the header band, the separator along the top when drawTopLine is
+        set, and the line under the header (absent once collapsed). */
     void paintEvent(QPaintEvent *event) override;
+    /*! Lays the view out for its new size. */
     void resizeEvent(QResizeEvent *event) override;
 
 private:
-    QToolButton *makeCollapseButton();
-    QWidget *makeTitleField(const QString &title);
-    void animationDidEnd();
-
-    bool m_isCollapsed = false;
-    bool m_canCollapse = false;
-    bool m_isHeightResizable = false;
-    bool m_isAnimating = false;
-    bool m_drawTopLine = false;
-    QSize m_laidOutSize; // the size the last layout was made for
-    QToolButton *m_collapseButton = nullptr; // children: owned by the view
-    QWidget *m_titleField = nullptr;
-    QPointer<QWidget> m_contentView; // a child too, but its owner may delete it
-    QPointer<QVariantAnimation> m_animation;
-    std::unique_ptr<KQGuardedDelegate<KQCollapsibleViewDelegate>> m_delegate;
+    friend class KQCollapsibleViewPrivate;
+    std::unique_ptr<KQCollapsibleViewPrivate> const d;
 };

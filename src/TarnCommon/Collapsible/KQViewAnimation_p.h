@@ -1,7 +1,6 @@
 #pragma once
 
 #include <TarnCommon/KQViewAnimationEntry.h>
-#include <TarnCommon/TarnCommonExport.h>
 
 #include <QtCore/QVariantAnimation>
 
