@@ -47,16 +47,54 @@ void applyTextContainerInset(QTextDocument *document)
 
 } // namespace
 
+class KQEmptyInspectorModePrivate
+{
+public:
+    explicit KQEmptyInspectorModePrivate(QWidget *window)
+        : window(window)
+    {
+    }
+
+    void stopTimer();
+    void armTimer(double now);
+
+    QPointer<QWidget> window;
+    QPointer<QTimer> timer;
+    QPointer<QTextEdit> textView;
+    QString lastWindowTitle;
+    KQEmptyInspectorMode::Clock clock = &Secs;
+    double nextRefresh = 0;
+};
+
 KQEmptyInspectorMode::KQEmptyInspectorMode(QWidget *focusedWindow, QObject *parent)
     : KQInspectorMode(parent)
-    , m_window(focusedWindow)
-    , m_clock(&Secs)
+    , d(std::make_unique<KQEmptyInspectorModePrivate>(focusedWindow))
 {
 }
 
 KQEmptyInspectorMode::~KQEmptyInspectorMode()
 {
-    stopTimer();
+    d->stopTimer();
+}
+
+QWidget *KQEmptyInspectorMode::focusedWindow() const
+{
+    return d->window.data();
+}
+
+QTextEdit *KQEmptyInspectorMode::textView() const
+{
+    return d->textView.data();
+}
+
+QTimer *KQEmptyInspectorMode::refreshTimer() const
+{
+    return d->timer.data();
+}
+
+QString KQEmptyInspectorMode::lastWindowTitle() const
+{
+    return d->lastWindowTitle;
 }
 
 QSizeF KQEmptyInspectorMode::minSize() const
@@ -72,63 +110,64 @@ QSizeF KQEmptyInspectorMode::maxSize() const
 
 void KQEmptyInspectorMode::setClock(Clock clock)
 {
-    m_clock = clock ? std::move(clock) : Clock(&Secs);
+    d->clock = clock ? std::move(clock) : Clock(&Secs);
     // Readings of two clocks cannot be compared: a running period restarts.
-    if (m_timer) {
-        const double now = m_clock();
-        m_nextRefresh = now + refreshInterval;
-        armTimer(now);
+    if (d->timer) {
+        const double now = d->clock();
+        d->nextRefresh = now + refreshInterval;
+        d->armTimer(now);
     }
 }
 
 void KQEmptyInspectorMode::modeWillShow()
 {
-    stopTimer();
+    d->stopTimer();
     auto *timer = new QTimer(this);
     timer->setSingleShot(true);
     connect(timer, &QTimer::timeout, this, &KQEmptyInspectorMode::poll);
-    m_timer = timer;
-    const double now = m_clock();
-    m_nextRefresh = now + refreshInterval;
-    armTimer(now);
+    d->timer = timer;
+    const double now = d->clock();
+    d->nextRefresh = now + refreshInterval;
+    d->armTimer(now);
     update(); // built at once, not two seconds later
 }
 
 void KQEmptyInspectorMode::modeWasHidden()
 {
-    stopTimer();
+    d->stopTimer();
 }
 
 void KQEmptyInspectorMode::poll()
 {
-    if (!m_timer)
+    if (!d->timer)
         return;
-    const double now = m_clock();
-    if (now >= m_nextRefresh) {
-        m_nextRefresh = now + refreshInterval;
+    const double now = d->clock();
+    if (now >= d->nextRefresh) {
+        d->nextRefresh = now + refreshInterval;
         update();
     }
-    if (m_timer)
-        armTimer(now);
+    if (d->timer)
+        d->armTimer(now);
 }
 
 // The timer is only a wake-up call: it is set for the time left on the clock,
 // so a timer that fires early (Qt's coarse timers may) just waits again.
-void KQEmptyInspectorMode::armTimer(double now)
+void KQEmptyInspectorModePrivate::armTimer(double now)
 {
-    const double remaining = std::clamp(m_nextRefresh - now, 0.0, refreshInterval);
-    m_timer->start(int(std::ceil(remaining * 1000)));
+    const double interval = KQEmptyInspectorMode::refreshInterval;
+    const double remaining = std::clamp(nextRefresh - now, 0.0, interval);
+    timer->start(int(std::ceil(remaining * 1000)));
 }
 
-void KQEmptyInspectorMode::stopTimer()
+void KQEmptyInspectorModePrivate::stopTimer()
 {
-    delete m_timer.data();
-    m_timer = nullptr;
+    delete timer.data();
+    timer = nullptr;
 }
 
 void KQEmptyInspectorMode::loadView()
 {
-    if (!m_textView) {
+    if (!d->textView) {
         auto *textView = new QTextEdit;
         textView->setGeometry(0, 0, 0, 0);
         textView->setFrameShape(QFrame::NoFrame);
@@ -139,30 +178,30 @@ void KQEmptyInspectorMode::loadView()
         textView->setFocusPolicy(Qt::NoFocus);
         textView->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
         textView->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-        m_textView = textView;
+        d->textView = textView;
     }
-    setView(m_textView.data());
+    setView(d->textView.data());
 }
 
 void KQEmptyInspectorMode::update()
 {
-    QString title = m_window ? displayedTitle(m_window.data()) : QString();
+    QString title = d->window ? displayedTitle(d->window.data()) : QString();
     if (title.isEmpty())
         title = QStringLiteral("?");
-    if (title == m_lastWindowTitle)
+    if (title == d->lastWindowTitle)
         return;
-    m_lastWindowTitle = title;
-    if (!m_textView)
+    d->lastWindowTitle = title;
+    if (!d->textView)
         view();
 
-    QTextDocument *document = m_textView->document();
+    QTextDocument *document = d->textView->document();
     document->clear();
     applyTextContainerInset(document);
     QTextCursor cursor(document);
     cursor.insertText(QCoreApplication::translate("TarnCommon", "Inspector not available for window:"));
     cursor.insertText(QStringLiteral("\n"));
     double baselineOffset = 0.0;
-    const QIcon icon = kq_documentIconOfWindow(m_window.data());
+    const QIcon icon = kq_documentIconOfWindow(d->window.data());
     if (!icon.isNull()) {
         const QImage image = icon.pixmap(documentIconSize, documentIconSize)
                                  .toImage()
@@ -176,7 +215,7 @@ void KQEmptyInspectorMode::update()
     titleFormat.setProperty(BaselineOffsetProperty, baselineOffset);
     if (baselineOffset != 0.0) {
         // Qt raises text by a percentage of the font's height.
-        const QFontMetricsF metrics(m_textView->font());
+        const QFontMetricsF metrics(d->textView->font());
         titleFormat.setBaselineOffset(100.0 * baselineOffset / metrics.height());
     }
     cursor.insertText(title, titleFormat);

@@ -7,14 +7,21 @@
 
 #include <limits>
 
+class KQInspectorModePrivate
+{
+public:
+    QPointer<QWidget> view;
+};
+
 KQInspectorMode::KQInspectorMode(QObject *parent)
     : QObject(parent)
+    , d(std::make_unique<KQInspectorModePrivate>())
 {
 }
 
 KQInspectorMode::~KQInspectorMode()
 {
-    delete m_view.data();
+    delete d->view.data();
 }
 
 QString KQInspectorMode::inspectorTitle() const
@@ -45,14 +52,14 @@ qint64 KQInspectorMode::windowLevel() const
 
 QWidget *KQInspectorMode::view()
 {
-    if (!m_view)
+    if (!d->view)
         loadView();
-    return m_view.data();
+    return d->view.data();
 }
 
 bool KQInspectorMode::isViewLoaded() const
 {
-    return !m_view.isNull();
+    return !d->view.isNull();
 }
 
 void KQInspectorMode::modeWillShow()
@@ -70,8 +77,8 @@ void KQInspectorMode::loadView()
 
 void KQInspectorMode::setView(QWidget *view)
 {
-    if (m_view == view)
+    if (d->view == view)
         return;
-    delete m_view.data();
-    m_view = view;
+    delete d->view.data();
+    d->view = view;
 }

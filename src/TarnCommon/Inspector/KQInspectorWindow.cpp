@@ -93,15 +93,15 @@ bool canBecomeMain(const QWidget *window)
 
 } // namespace
 
-class KQInspectorWindow::Private
+class KQInspectorWindowPrivate
 {
 public:
-    explicit Private(KQInspectorWindow *q)
+    explicit KQInspectorWindowPrivate(KQInspectorWindow *q)
         : q(q)
     {
     }
 
-    void observe(KQInspectorMode *mode);
+    void observe(KQInspectorMode *observed);
     void stopObserving();
     void applyIsResizable();
     void applyMinSize();
@@ -137,6 +137,19 @@ public:
     bool hiddenByDeactivation = false;
     bool restoringFrame = false;
     Qt::ApplicationState lastApplicationState = Qt::ApplicationInactive;
+
+    QPointer<KQInspectorMode> mode;
+    QPointer<QObject> focusOwner;
+    bool appIsActive = false;
+
+    qint64 level = KQInspectorWindow::defaultWindowLevel();
+    int styleMask = KQInspectorWindow::Titled | KQInspectorWindow::Closable | KQInspectorWindow::Resizable;
+    QSizeF contentMinSize{0, 0};
+    QSizeF contentMaxSize{std::numeric_limits<double>::max(), std::numeric_limits<double>::max()};
+    QSizeF resizeIncrements{1, 1};
+    bool showsResizeIndicator = true;
+    bool hidesOnDeactivate = true;
+    QString frameAutosaveName;
 };
 
 KQInspectorWindow *KQInspectorWindow::sharedInspectorWindow()
@@ -152,7 +165,7 @@ KQInspectorWindow *KQInspectorWindow::sharedInspectorWindow()
 
 KQInspectorWindow::KQInspectorWindow(QWidget *parent)
     : NSWindow_ZL(parent, Qt::Tool | Qt::WindowStaysOnTopHint)
-    , d(std::make_unique<Private>(this))
+    , d(std::make_unique<KQInspectorWindowPrivate>(this))
 {
     setObjectName(QStringLiteral("KQInspectorWindow"));
     // Coming on screen must not take the focus from the document it inspects.
@@ -175,7 +188,7 @@ KQInspectorWindow::KQInspectorWindow(QWidget *parent)
     }
     if (canBecomeMain(QApplication::activeWindow()))
         d->lastMainWindow = QApplication::activeWindow();
-    m_appIsActive = QGuiApplication::applicationState() == Qt::ApplicationActive;
+    d->appIsActive = QGuiApplication::applicationState() == Qt::ApplicationActive;
     d->lastApplicationState = QGuiApplication::applicationState();
 
     // 300 x 300 of content, centred on the primary screen.
@@ -202,16 +215,16 @@ KQInspectorWindow::~KQInspectorWindow()
 
 QObject *KQInspectorWindow::focusOwner() const
 {
-    return m_focusOwner.data();
+    return d->focusOwner.data();
 }
 
 void KQInspectorWindow::setFocusOwner(QObject *owner)
 {
-    if (owner == m_focusOwner.data())
+    if (owner == d->focusOwner.data())
         return;
     KQAssertText("owner implements KQInspectorFocusOwner", !owner || asFocusOwner(owner));
 
-    const QPointer<QObject> oldOwner = m_focusOwner;
+    const QPointer<QObject> oldOwner = d->focusOwner;
     const QPointer<QObject> newOwner = owner;
     if (KQInspectorFocusOwner *old = asFocusOwner(oldOwner.data()))
         old->willLoseFocusOfInspector(this);
@@ -221,20 +234,20 @@ void KQInspectorWindow::setFocusOwner(QObject *owner)
     setMode(newMode);
 
     disconnect(d->ownerGuard);
-    m_focusOwner = newOwner;
+    d->focusOwner = newOwner;
     if (newOwner)
         d->ownerGuard = connect(newOwner.data(), &QObject::destroyed, this, [this] { d->focusOwnerDestroyed(); });
 
-    if (KQInspectorFocusOwner *gained = asFocusOwner(m_focusOwner.data()))
+    if (KQInspectorFocusOwner *gained = asFocusOwner(d->focusOwner.data()))
         gained->didGainFocusOfInspector(this);
     if (KQInspectorFocusOwner *old = asFocusOwner(oldOwner.data()))
         old->didLoseFocusOfInspector(this);
-    if (!m_focusOwner)
+    if (!d->focusOwner)
         setMode(d->makeEmptyMode());
     Q_EMIT focusOwnerChanged();
 }
 
-void KQInspectorWindow::Private::focusOwnerDestroyed()
+void KQInspectorWindowPrivate::focusOwnerDestroyed()
 {
     // The owner is gone: nobody to tell, and its mode may follow it at once.
     q->setMode(nullptr);
@@ -242,7 +255,7 @@ void KQInspectorWindow::Private::focusOwnerDestroyed()
     Q_EMIT q->focusOwnerChanged();
 }
 
-KQEmptyInspectorMode *KQInspectorWindow::Private::makeEmptyMode()
+KQEmptyInspectorMode *KQInspectorWindowPrivate::makeEmptyMode()
 {
     auto *mode = new KQEmptyInspectorMode(q->mainWindow(), q);
     mode->setClock(clock);
@@ -251,15 +264,15 @@ KQEmptyInspectorMode *KQInspectorWindow::Private::makeEmptyMode()
 
 KQInspectorMode *KQInspectorWindow::mode() const
 {
-    return m_mode.data();
+    return d->mode.data();
 }
 
 void KQInspectorWindow::setMode(KQInspectorMode *mode)
 {
-    if (mode == m_mode.data())
+    if (mode == d->mode.data())
         return;
     tearDownCurrentMode();
-    m_mode = mode;
+    d->mode = mode;
     if (mode)
         d->modeGuard = connect(mode, &QObject::destroyed, this, [this] { d->modeDestroyed(); });
     setUpCurrentMode();
@@ -267,20 +280,20 @@ void KQInspectorWindow::setMode(KQInspectorMode *mode)
     Q_EMIT modeChanged();
 }
 
-void KQInspectorWindow::Private::modeDestroyed()
+void KQInspectorWindowPrivate::modeDestroyed()
 {
     // Deleted while shown: its view went with it. Forget it and show the
     // empty mode rather than a blank window.
     stopObserving();
     QObject::disconnect(modeGuard);
-    q->m_mode = nullptr;
+    mode = nullptr;
     // The owner that gave the mode no longer stands behind what is shown:
     // forget it too, so that a lookup asks it again instead of finding the
     // same owner and keeping the empty mode for good.
-    const QPointer<QObject> owner = q->m_focusOwner;
+    const QPointer<QObject> owner = focusOwner;
     if (owner) {
         QObject::disconnect(ownerGuard);
-        q->m_focusOwner = nullptr;
+        focusOwner = nullptr;
     }
     q->setMode(makeEmptyMode());
     if (!owner)
@@ -294,7 +307,7 @@ void KQInspectorWindow::Private::modeDestroyed()
         q,
         [this, owner] {
             KQInspectorFocusOwner *lost = asFocusOwner(owner.data());
-            if (!lost || q->m_focusOwner == owner)
+            if (!lost || focusOwner == owner)
                 return;
             lost->willLoseFocusOfInspector(q);
             if (owner)
@@ -306,7 +319,7 @@ void KQInspectorWindow::Private::modeDestroyed()
 
 void KQInspectorWindow::setUpCurrentMode()
 {
-    KQInspectorMode *mode = m_mode.data();
+    KQInspectorMode *mode = d->mode.data();
     if (!mode)
         return;
     const QPointer<KQInspectorMode> guard = mode;
@@ -329,7 +342,7 @@ void KQInspectorWindow::setUpCurrentMode()
 
 void KQInspectorWindow::tearDownCurrentMode()
 {
-    KQInspectorMode *mode = m_mode.data();
+    KQInspectorMode *mode = d->mode.data();
     if (!mode)
         return;
     const QPointer<KQInspectorMode> guard = mode;
@@ -344,20 +357,20 @@ void KQInspectorWindow::tearDownCurrentMode()
     if (guard && isVisible())
         mode->modeWasHidden();
     disconnect(d->modeGuard);
-    m_mode = nullptr;
+    d->mode = nullptr;
     if (guard && guard->parent() == this)
         guard->deleteLater();
 }
 
-void KQInspectorWindow::Private::observe(KQInspectorMode *mode)
+void KQInspectorWindowPrivate::observe(KQInspectorMode *observed)
 {
     // Connected and applied in this order, so each value takes effect at once.
     observations = {
-        connect(mode, &KQInspectorMode::isResizableChanged, q, [this] { applyIsResizable(); }),
-        connect(mode, &KQInspectorMode::minSizeChanged, q, [this] { applyMinSize(); }),
-        connect(mode, &KQInspectorMode::maxSizeChanged, q, [this] { applyMaxSize(); }),
-        connect(mode, &KQInspectorMode::inspectorTitleChanged, q, [this] { applyTitle(); }),
-        connect(mode, &KQInspectorMode::windowLevelChanged, q, [this] { applyWindowLevel(); }),
+        QObject::connect(observed, &KQInspectorMode::isResizableChanged, q, [this] { applyIsResizable(); }),
+        QObject::connect(observed, &KQInspectorMode::minSizeChanged, q, [this] { applyMinSize(); }),
+        QObject::connect(observed, &KQInspectorMode::maxSizeChanged, q, [this] { applyMaxSize(); }),
+        QObject::connect(observed, &KQInspectorMode::inspectorTitleChanged, q, [this] { applyTitle(); }),
+        QObject::connect(observed, &KQInspectorMode::windowLevelChanged, q, [this] { applyWindowLevel(); }),
     };
     applyIsResizable();
     applyMinSize();
@@ -366,73 +379,73 @@ void KQInspectorWindow::Private::observe(KQInspectorMode *mode)
     applyWindowLevel();
 }
 
-void KQInspectorWindow::Private::stopObserving()
+void KQInspectorWindowPrivate::stopObserving()
 {
     for (const QMetaObject::Connection &connection : std::as_const(observations))
         QObject::disconnect(connection);
     observations.clear();
 }
 
-void KQInspectorWindow::Private::applyIsResizable()
+void KQInspectorWindowPrivate::applyIsResizable()
 {
-    if (!q->m_mode)
+    if (!mode)
         return;
-    const bool resizable = q->m_mode->isResizable();
-    q->m_showsResizeIndicator = resizable;
+    const bool resizable = mode->isResizable();
+    showsResizeIndicator = resizable;
     resizeIndicator->setVisible(resizable);
     if (resizable) {
-        q->m_contentMinSize = q->m_mode->minSize();
-        q->m_contentMaxSize = q->m_mode->maxSize();
-        q->m_resizeIncrements = QSizeF(1, 1);
+        contentMinSize = mode->minSize();
+        contentMaxSize = mode->maxSize();
+        resizeIncrements = QSizeF(1, 1);
     } else {
         const double largest = std::numeric_limits<double>::max();
-        q->m_contentMinSize = QSizeF(0, 0);
-        q->m_contentMaxSize = QSizeF(largest, largest);
-        q->m_resizeIncrements = QSizeF(largest, largest);
+        contentMinSize = QSizeF(0, 0);
+        contentMaxSize = QSizeF(largest, largest);
+        resizeIncrements = QSizeF(largest, largest);
     }
-    q->m_styleMask = (q->m_styleMask & ~Resizable) | (resizable ? Resizable : 0);
+    styleMask = (styleMask & ~KQInspectorWindow::Resizable) | (resizable ? KQInspectorWindow::Resizable : 0);
     applySizeConstraints();
 }
 
-void KQInspectorWindow::Private::applyMinSize()
+void KQInspectorWindowPrivate::applyMinSize()
 {
-    if (!q->m_mode || !q->m_mode->isResizable())
+    if (!mode || !mode->isResizable())
         return;
-    q->m_contentMinSize = q->m_mode->minSize();
+    contentMinSize = mode->minSize();
     applySizeConstraints();
 }
 
-void KQInspectorWindow::Private::applyMaxSize()
+void KQInspectorWindowPrivate::applyMaxSize()
 {
-    if (!q->m_mode || !q->m_mode->isResizable())
+    if (!mode || !mode->isResizable())
         return;
-    q->m_contentMaxSize = q->m_mode->maxSize();
+    contentMaxSize = mode->maxSize();
     applySizeConstraints();
 }
 
-void KQInspectorWindow::Private::applyTitle()
+void KQInspectorWindowPrivate::applyTitle()
 {
-    if (q->m_mode)
-        q->setWindowTitle(q->m_mode->inspectorTitle());
+    if (mode)
+        q->setWindowTitle(mode->inspectorTitle());
 }
 
-void KQInspectorWindow::Private::applyWindowLevel()
+void KQInspectorWindowPrivate::applyWindowLevel()
 {
-    if (q->m_mode)
-        q->setLevel(q->m_mode->windowLevel());
+    if (mode)
+        q->setLevel(mode->windowLevel());
 }
 
 // What the user may do to the window, in Qt's terms: a resizable style lets
 // the window range between the content limits (when they make sense); without
 // it the window is fixed at its present size.
-void KQInspectorWindow::Private::applySizeConstraints()
+void KQInspectorWindowPrivate::applySizeConstraints()
 {
-    if (!(q->m_styleMask & Resizable)) {
+    if (!(styleMask & KQInspectorWindow::Resizable)) {
         q->setFixedSize(q->size());
         return;
     }
-    const QSize minimum = toPixels(q->m_contentMinSize);
-    const QSize maximum = toPixels(q->m_contentMaxSize);
+    const QSize minimum = toPixels(contentMinSize);
+    const QSize maximum = toPixels(contentMaxSize);
     if (minimum.width() > maximum.width() || minimum.height() > maximum.height()) {
         q->setMinimumSize(0, 0);
         q->setMaximumSize(QWIDGETSIZE_MAX, QWIDGETSIZE_MAX);
@@ -442,10 +455,10 @@ void KQInspectorWindow::Private::applySizeConstraints()
     // size until the user resizes it.
     q->setMinimumSize(minimum.boundedTo(q->size()));
     q->setMaximumSize(maximum.expandedTo(q->size()));
-    q->setSizeIncrement(toPixels(q->m_resizeIncrements).boundedTo(QSize(1, 1)));
+    q->setSizeIncrement(toPixels(resizeIncrements).boundedTo(QSize(1, 1)));
 }
 
-void KQInspectorWindow::Private::setContentGeometry(const QRect &content)
+void KQInspectorWindowPrivate::setContentGeometry(const QRect &content)
 {
     // Programmatic frames are not bound by what the user may do.
     q->setMinimumSize(0, 0);
@@ -454,7 +467,7 @@ void KQInspectorWindow::Private::setContentGeometry(const QRect &content)
     applySizeConstraints();
 }
 
-QMargins KQInspectorWindow::Private::frameMargins() const
+QMargins KQInspectorWindowPrivate::frameMargins() const
 {
     const QRect frame = q->frameGeometry();
     const QRect content = q->geometry();
@@ -511,14 +524,14 @@ QRectF KQInspectorWindow::resizeWindowForNewMode(KQInspectorMode *mode)
 
 void KQInspectorWindow::updateFocusOwner()
 {
-    if (!m_appIsActive)
+    if (!d->appIsActive)
         return;
     setFocusOwner(kq_inspectorFocusOwnerAlong(d->lookupChain()));
 }
 
 void KQInspectorWindow::updateFocusOwner(QObject *notificationObject)
 {
-    if (!isVisible() || !m_appIsActive)
+    if (!isVisible() || !d->appIsActive)
         return;
     // A dialog choosing a file to open must not take the inspector away from
     // the document behind it; a save dialog is a window like any other. The
@@ -532,7 +545,7 @@ void KQInspectorWindow::updateFocusOwner(QObject *notificationObject)
 
 // The active window's chain, then the main window's when another window (a
 // dialog, the inspector) has the focus, then the application.
-QList<QObject *> KQInspectorWindow::Private::lookupChain() const
+QList<QObject *> KQInspectorWindowPrivate::lookupChain() const
 {
     QList<QObject *> chain;
     const auto append = [&chain](QWidget *start) {
@@ -581,7 +594,7 @@ void KQInspectorWindow::startTrackingResponderChain()
     application->installEventFilter(this);
 }
 
-void KQInspectorWindow::Private::focusWindowChanged(QWindow *window)
+void KQInspectorWindowPrivate::focusWindowChanged(QWindow *window)
 {
     if (!window)
         return;
@@ -621,20 +634,20 @@ bool KQInspectorWindow::eventFilter(QObject *watched, QEvent *event)
 
 void KQInspectorWindow::windowWillClose(QWidget *window)
 {
-    if (!window || !m_focusOwner)
+    if (!window || !d->focusOwner)
         return;
     // A window without a controller is its own controller.
     QObject *controller = kq_windowController(window);
     if (!controller)
         controller = window;
-    if (controller == m_focusOwner.data())
+    if (controller == d->focusOwner.data())
         setFocusOwner(nullptr);
 }
 
 void KQInspectorWindow::appWillResignActive()
 {
-    m_appIsActive = false;
-    if (m_hidesOnDeactivate && isVisible()) {
+    d->appIsActive = false;
+    if (d->hidesOnDeactivate && isVisible()) {
         d->hiddenByDeactivation = true;
         setVisible(false);
     }
@@ -651,7 +664,7 @@ void KQInspectorWindow::appDidBecomeActive()
     QMetaObject::invokeMethod(
         this,
         [this] {
-            m_appIsActive = true;
+            d->appIsActive = true;
             updateFocusOwner(QCoreApplication::instance());
         },
         Qt::QueuedConnection);
@@ -688,15 +701,15 @@ void KQInspectorWindow::setVisible(bool visible)
     const bool wasVisible = isVisible();
     if (visible && !wasVisible) {
         updateFocusOwner();
-        if (m_mode)
-            m_mode->modeWillShow();
+        if (d->mode)
+            d->mode->modeWillShow();
     }
     NSWindow_ZL::setVisible(visible);
     // Where the user left the window is kept before anything else can happen.
     if (!visible && d->frameSavePending)
         saveFrameNow();
-    if (!visible && wasVisible && m_mode)
-        m_mode->modeWasHidden();
+    if (!visible && wasVisible && d->mode)
+        d->mode->modeWasHidden();
 }
 
 void KQInspectorWindow::orderOut()
@@ -718,9 +731,9 @@ void KQInspectorWindow::orderBack()
 
 void KQInspectorWindow::setLevel(qint64 level)
 {
-    if (level == m_level)
+    if (level == d->level)
         return;
-    m_level = level;
+    d->level = level;
     Q_EMIT levelChanged();
     const bool onTop = level > 0;
     if (windowFlags().testFlag(Qt::WindowStaysOnTopHint) == onTop)
@@ -733,6 +746,56 @@ void KQInspectorWindow::setLevel(qint64 level)
     if (wasVisible)
         show();
     d->silentVisibility = false;
+}
+
+bool KQInspectorWindow::appIsActive() const
+{
+    return d->appIsActive;
+}
+
+qint64 KQInspectorWindow::level() const
+{
+    return d->level;
+}
+
+int KQInspectorWindow::styleMask() const
+{
+    return d->styleMask;
+}
+
+QSizeF KQInspectorWindow::contentMinSize() const
+{
+    return d->contentMinSize;
+}
+
+QSizeF KQInspectorWindow::contentMaxSize() const
+{
+    return d->contentMaxSize;
+}
+
+QSizeF KQInspectorWindow::resizeIncrements() const
+{
+    return d->resizeIncrements;
+}
+
+bool KQInspectorWindow::showsResizeIndicator() const
+{
+    return d->showsResizeIndicator;
+}
+
+bool KQInspectorWindow::hidesOnDeactivate() const
+{
+    return d->hidesOnDeactivate;
+}
+
+void KQInspectorWindow::setHidesOnDeactivate(bool hides)
+{
+    d->hidesOnDeactivate = hides;
+}
+
+QString KQInspectorWindow::frameAutosaveName() const
+{
+    return d->frameAutosaveName;
 }
 
 QWidget *KQInspectorWindow::contentView() const
@@ -752,15 +815,15 @@ QDialog *KQInspectorWindow::attachedSheet() const
 
 void KQInspectorWindow::setFrameAutosaveName(const QString &name)
 {
-    m_frameAutosaveName = name;
+    d->frameAutosaveName = name;
     d->restoreFrame();
 }
 
-void KQInspectorWindow::Private::restoreFrame()
+void KQInspectorWindowPrivate::restoreFrame()
 {
-    if (q->m_frameAutosaveName.isEmpty())
+    if (frameAutosaveName.isEmpty())
         return;
-    const QByteArray saved = KQSettings::userDefaults()->value(q->m_frameAutosaveName).toByteArray();
+    const QByteArray saved = KQSettings::userDefaults()->value(frameAutosaveName).toByteArray();
     if (saved.isEmpty())
         return;
     // Qt's own record of a window's geometry keeps the content apart from the
@@ -778,9 +841,9 @@ void KQInspectorWindow::Private::restoreFrame()
 
 // Each move or resize of a drag only notes the time; the timer, set for the
 // quiet period, then checks whether the frame has been left alone long enough.
-void KQInspectorWindow::Private::scheduleFrameSave()
+void KQInspectorWindowPrivate::scheduleFrameSave()
 {
-    if (restoringFrame || q->m_frameAutosaveName.isEmpty())
+    if (restoringFrame || frameAutosaveName.isEmpty())
         return;
     lastFrameChange = clock();
     frameSavePending = true;
@@ -788,9 +851,10 @@ void KQInspectorWindow::Private::scheduleFrameSave()
         armFrameSaveTimer(lastFrameChange);
 }
 
-void KQInspectorWindow::Private::armFrameSaveTimer(double now)
+void KQInspectorWindowPrivate::armFrameSaveTimer(double now)
 {
-    const double remaining = std::clamp(lastFrameChange + frameSaveQuietPeriod - now, 0.0, frameSaveQuietPeriod);
+    const double quietPeriod = KQInspectorWindow::frameSaveQuietPeriod;
+    const double remaining = std::clamp(lastFrameChange + quietPeriod - now, 0.0, quietPeriod);
     frameSaveTimer->start(int(std::ceil(remaining * 1000)));
 }
 
@@ -824,9 +888,9 @@ void KQInspectorWindow::saveFrameNow()
 {
     d->frameSaveTimer->stop();
     d->frameSavePending = false;
-    if (m_frameAutosaveName.isEmpty())
+    if (d->frameAutosaveName.isEmpty())
         return;
-    KQSettings::userDefaults()->setValue(m_frameAutosaveName, saveGeometry());
+    KQSettings::userDefaults()->setValue(d->frameAutosaveName, saveGeometry());
 }
 
 void KQInspectorWindow::moveEvent(QMoveEvent *event)
