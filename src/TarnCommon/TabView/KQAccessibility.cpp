@@ -9,6 +9,27 @@
 
 // ---- KQAccessibilityNode ----------------------------------------------------
 
+class KQAccessibilityNodePrivate
+{
+public:
+    bool rootNode = false;
+    bool endNode = false;
+    QString title;
+    QAccessible::Role role = QAccessible::Grouping;
+    QRectF frame;
+    // A widget parent is kept by its object, whose interface Qt may replace.
+    QPointer<QObject> parentObject;
+    QAccessible::Id parent = 0;
+    QList<QAccessible::Id> children;
+};
+
+KQAccessibilityNode::KQAccessibilityNode()
+    : d(std::make_unique<KQAccessibilityNodePrivate>())
+{
+}
+
+KQAccessibilityNode::~KQAccessibilityNode() = default;
+
 KQAccessibilityNode *KQAccessibilityNode::create()
 {
     // Owned by Qt's accessibility cache from here on.
@@ -29,27 +50,77 @@ QAccessible::Id KQAccessibilityNode::accessibilityId() const
     return QAccessible::uniqueId(const_cast<KQAccessibilityNode *>(this));
 }
 
+bool KQAccessibilityNode::isRootNode() const
+{
+    return d->rootNode;
+}
+
+void KQAccessibilityNode::setRootNode(bool rootNode)
+{
+    d->rootNode = rootNode;
+}
+
+bool KQAccessibilityNode::isEndNode() const
+{
+    return d->endNode;
+}
+
+void KQAccessibilityNode::setEndNode(bool endNode)
+{
+    d->endNode = endNode;
+}
+
+QString KQAccessibilityNode::accessibilityTitle() const
+{
+    return d->title;
+}
+
+void KQAccessibilityNode::setAccessibilityTitle(const QString &title)
+{
+    d->title = title;
+}
+
+QAccessible::Role KQAccessibilityNode::accessibilityRole() const
+{
+    return d->role;
+}
+
+void KQAccessibilityNode::setAccessibilityRole(QAccessible::Role role)
+{
+    d->role = role;
+}
+
+QRectF KQAccessibilityNode::accessibilityFrame() const
+{
+    return d->frame;
+}
+
+void KQAccessibilityNode::setAccessibilityFrame(const QRectF &frame)
+{
+    d->frame = frame;
+}
+
 void KQAccessibilityNode::setAccessibilityParent(QAccessibleInterface *parent)
 {
-    m_parentObject = parent ? parent->object() : nullptr;
-    m_parent = parent && !m_parentObject ? QAccessible::uniqueId(parent) : 0;
+    d->parentObject = parent ? parent->object() : nullptr;
+    d->parent = parent && !d->parentObject ? QAccessible::uniqueId(parent) : 0;
 }
 
 void KQAccessibilityNode::setAccessibilityChildren(const QList<QAccessibleInterface *> &children)
 {
-    m_children.clear();
-    m_children.reserve(children.size());
+    d->children.clear();
+    d->children.reserve(children.size());
     for (QAccessibleInterface *child : children) {
         if (KQVerify(child != nullptr))
-            m_children.append(QAccessible::uniqueId(child));
+            d->children.append(QAccessible::uniqueId(child));
     }
 }
 
 QList<QAccessibleInterface *> KQAccessibilityNode::accessibilityChildren() const
 {
     QList<QAccessibleInterface *> children;
-    children.reserve(m_children.size());
-    for (QAccessible::Id id : m_children) {
+    children.reserve(d->children.size());
+    for (QAccessible::Id id : d->children) {
         if (QAccessibleInterface *child = QAccessible::accessibleInterface(id))
             children.append(child);
     }
@@ -81,9 +152,9 @@ QAccessibleInterface *KQAccessibilityNode::childAt(int x, int y) const
 
 QAccessibleInterface *KQAccessibilityNode::parent() const
 {
-    if (m_parentObject)
-        return QAccessible::queryAccessibleInterface(m_parentObject);
-    return m_parent ? QAccessible::accessibleInterface(m_parent) : nullptr;
+    if (d->parentObject)
+        return QAccessible::queryAccessibleInterface(d->parentObject);
+    return d->parent ? QAccessible::accessibleInterface(d->parent) : nullptr;
 }
 
 QAccessibleInterface *KQAccessibilityNode::child(int index) const
@@ -103,23 +174,23 @@ int KQAccessibilityNode::indexOfChild(const QAccessibleInterface *child) const
 
 QString KQAccessibilityNode::text(QAccessible::Text t) const
 {
-    return t == QAccessible::Name ? m_title : QString();
+    return t == QAccessible::Name ? d->title : QString();
 }
 
 void KQAccessibilityNode::setText(QAccessible::Text t, const QString &text)
 {
     if (t == QAccessible::Name)
-        m_title = text;
+        d->title = text;
 }
 
 QRect KQAccessibilityNode::rect() const
 {
-    return m_frame.toRect();
+    return d->frame.toRect();
 }
 
 QAccessible::Role KQAccessibilityNode::role() const
 {
-    return m_role;
+    return d->role;
 }
 
 QAccessible::State KQAccessibilityNode::state() const
@@ -135,6 +206,14 @@ QAccessible::State KQAccessibilityNode::state() const
 }
 
 // ---- KQAccessibility --------------------------------------------------------
+
+class KQAccessibilityPrivate
+{
+public:
+    QAccessible::Id groupAccessibility = 0;
+    QPointer<QWidget> accessedObject;
+    std::function<void()> setupAccessibilityHierarchy;
+};
 
 namespace {
 
@@ -181,11 +260,12 @@ KQAccessibility::stripeOffNSAccessibilityReparentingCellProxyObjectFromArray(
 
 KQAccessibility::KQAccessibility(QWidget *accessedObject, const QString &groupName, QObject *parent)
     : QObject(parent)
-    , _accessedObject(accessedObject)
+    , d(std::make_unique<KQAccessibilityPrivate>())
 {
+    d->accessedObject = accessedObject;
     KQAccessibleChildren::installFactory();
     KQAccessibilityNode *group = KQAccessibilityNode::create();
-    _groupAccessibility = group->accessibilityId();
+    d->groupAccessibility = group->accessibilityId();
     group->setAccessibilityTitle(groupName);
     group->setAccessibilityRole(QAccessible::Grouping);
     if (!KQVerify(accessedObject != nullptr))
@@ -199,8 +279,8 @@ KQAccessibility::KQAccessibility(QWidget *accessedObject, const QString &groupNa
 
 KQAccessibility::~KQAccessibility()
 {
-    if (_groupAccessibility)
-        QAccessible::deleteAccessibleInterface(_groupAccessibility);
+    if (d->groupAccessibility)
+        QAccessible::deleteAccessibleInterface(d->groupAccessibility);
 }
 
 void KQAccessibility::setChildrenToGroup(const QList<QAccessibleInterface *> &children)
@@ -250,41 +330,41 @@ void KQAccessibility::startInitializeAccessibility(const std::function<void()> &
 
 void KQAccessibility::reloadAccessibilityHierarchy()
 {
-    KQAssert(bool(_setupAccessibilityHierarchy));
-    _setupAccessibilityHierarchy();
+    KQAssert(bool(d->setupAccessibilityHierarchy));
+    d->setupAccessibilityHierarchy();
 }
 
 std::function<void()> KQAccessibility::setupAccessibilityHierarchy() const
 {
-    return _setupAccessibilityHierarchy;
+    return d->setupAccessibilityHierarchy;
 }
 
 void KQAccessibility::setSetupAccessibilityHierarchy(const std::function<void()> &rebuild)
 {
-    _setupAccessibilityHierarchy = rebuild;
+    d->setupAccessibilityHierarchy = rebuild;
 }
 
 KQAccessibilityNode *KQAccessibility::groupAccessbility() const
 {
-    return KQAccessibilityNode::fromId(_groupAccessibility);
+    return KQAccessibilityNode::fromId(d->groupAccessibility);
 }
 
 void KQAccessibility::setGroupAccessbility(KQAccessibilityNode *group)
 {
     const QAccessible::Id id = group ? group->accessibilityId() : 0;
-    if (id == _groupAccessibility)
+    if (id == d->groupAccessibility)
         return;
-    if (_groupAccessibility)
-        QAccessible::deleteAccessibleInterface(_groupAccessibility);
-    _groupAccessibility = id;
+    if (d->groupAccessibility)
+        QAccessible::deleteAccessibleInterface(d->groupAccessibility);
+    d->groupAccessibility = id;
 }
 
 QWidget *KQAccessibility::accessedObject() const
 {
-    return _accessedObject;
+    return d->accessedObject;
 }
 
 void KQAccessibility::setAccessedObject(QWidget *object)
 {
-    _accessedObject = object;
+    d->accessedObject = object;
 }

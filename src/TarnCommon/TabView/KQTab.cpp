@@ -1,80 +1,94 @@
 #include <TarnCommon/KQTab.h>
 
+#include <QtCore/QPointer>
+
+class KQTabPrivate
+{
+public:
+    QIcon icon;
+    QPointer<QWidget> view;
+    bool ownsView = false;
+    QPointer<QWidget> initialFirstResponder;
+    qint64 tag = 0;
+    QString iconTooltip;
+};
+
 KQTab::KQTab(QObject *parent)
     : QObject(parent)
+    , d(std::make_unique<KQTabPrivate>())
 {
 }
 
 KQTab::~KQTab()
 {
-    if (m_ownsView && _view && !_view->parentWidget())
-        delete _view.data();
+    if (d->ownsView && d->view && !d->view->parentWidget())
+        delete d->view.data();
 }
 
 QWidget *KQTab::view() const
 {
-    return _view;
+    return d->view;
 }
 
 void KQTab::setView(QWidget *view)
 {
-    if (_view == view)
+    if (d->view == view)
         return;
-    _view = view;
-    m_ownsView = view && !view->parentWidget();
+    d->view = view;
+    d->ownsView = view && !view->parentWidget();
     Q_EMIT viewChanged();
 }
 
 QIcon KQTab::icon() const
 {
-    return _icon;
+    return d->icon;
 }
 
 void KQTab::setIcon(const QIcon &icon)
 {
     // QIcon has no equality; copies of one icon share its cache key.
-    if (_icon.cacheKey() == icon.cacheKey())
+    if (d->icon.cacheKey() == icon.cacheKey())
         return;
-    _icon = icon;
+    d->icon = icon;
     Q_EMIT iconChanged();
 }
 
 QWidget *KQTab::initialFirstResponder() const
 {
-    return _initialFirstResponder;
+    return d->initialFirstResponder;
 }
 
 void KQTab::setInitialFirstResponder(QWidget *widget)
 {
-    if (_initialFirstResponder == widget)
+    if (d->initialFirstResponder == widget)
         return;
-    _initialFirstResponder = widget;
+    d->initialFirstResponder = widget;
     Q_EMIT initialFirstResponderChanged();
 }
 
 qint64 KQTab::tag() const
 {
-    return _tag;
+    return d->tag;
 }
 
 void KQTab::setTag(qint64 tag)
 {
-    if (_tag == tag)
+    if (d->tag == tag)
         return;
-    _tag = tag;
+    d->tag = tag;
     Q_EMIT tagChanged();
 }
 
 QString KQTab::iconTooltip() const
 {
-    return _iconTooltip;
+    return d->iconTooltip;
 }
 
 void KQTab::setIconTooltip(const QString &tooltip)
 {
     // A null and an empty tooltip differ (no tooltip vs. an empty one).
-    if (_iconTooltip == tooltip && _iconTooltip.isNull() == tooltip.isNull())
+    if (d->iconTooltip == tooltip && d->iconTooltip.isNull() == tooltip.isNull())
         return;
-    _iconTooltip = tooltip;
+    d->iconTooltip = tooltip;
     Q_EMIT iconTooltipChanged();
 }

@@ -2,6 +2,7 @@
 
 #include "KQAccessibleWidget_p.h"
 #include "KQTabBarGeometry_p.h"
+#include "KQTabView_p.h"
 
 #include <TarnCommon/KQAccessibility.h>
 #include <TarnCommon/KQAssert.h>
@@ -25,23 +26,31 @@ QSizeF KQTabView::frameSizeForTabViewSize(const QSizeF &size) const
     return QSizeF(size.width(), size.height() + kTabBarHeight);
 }
 
+KQTabViewPrivate::KQTabViewPrivate(KQTabView *q)
+    : q(q)
+{
+}
+
 KQTabView::KQTabView(QWidget *parent)
     : QWidget(parent)
+    , d(std::make_unique<KQTabViewPrivate>(this))
 {
-    init();
+    d->init();
 }
 
 KQTabView::KQTabView(const QRect &frame, QWidget *parent)
     : QWidget(parent)
+    , d(std::make_unique<KQTabViewPrivate>(this))
 {
-    init();
+    d->init();
     setGeometry(frame);
 }
 
 KQTabView::KQTabView(const QList<KQTab *> &tabs, QWidget *parent)
     : QWidget(parent)
+    , d(std::make_unique<KQTabViewPrivate>(this))
 {
-    init();
+    d->init();
     QSizeF largest(0, 0);
     for (KQTab *tab : tabs) {
         const QWidget *view = tab ? tab->view() : nullptr;
@@ -54,41 +63,40 @@ KQTabView::KQTabView(const QList<KQTab *> &tabs, QWidget *parent)
     // the first polish.
     const QSizeF frame = KQTabView::frameSizeForTabViewSize(largest);
     setGeometry(QRect(0, 0, int(std::ceil(frame.width())), int(std::ceil(frame.height()))));
-    m_initialContentSize = largest;
-    m_constructedSize = size();
+    d->initialContentSize = largest;
+    d->constructedSize = size();
     setTabs(tabs);
 }
 
-void KQTabView::init()
+void KQTabViewPrivate::init()
 {
-    m_tracker = std::make_unique<KQTabClickTracker>();
     // Before Qt makes an interface for this widget, so ours is the one it keeps.
     if (KQAccessibility::validForAutomateTesting()) {
         KQAccessibleChildren::installFactory();
-        connect(this, &KQTabView::tabsChanged, m_tabWatcher.get(), [this] { refreshAccessibility(); });
-        connect(this, &KQTabView::selectedTabChanged, m_tabWatcher.get(), [this] { refreshAccessibility(); });
+        QObject::connect(q, &KQTabView::tabsChanged, tabWatcher.get(), [this] { refreshAccessibility(); });
+        QObject::connect(q, &KQTabView::selectedTabChanged, tabWatcher.get(), [this] { refreshAccessibility(); });
     }
 }
 
 KQTabView::~KQTabView()
 {
     // The widget on show goes back to its owner rather than dying with us.
-    if (m_installedView && m_installedView->parentWidget() == this) {
-        m_installedView->hide();
-        giveBackInstalledView();
+    if (d->installedView && d->installedView->parentWidget() == this) {
+        d->installedView->hide();
+        d->giveBackInstalledView();
     }
-    m_installedView = nullptr;
+    d->installedView = nullptr;
     // The widgets that stood for the buttons outlive the group.
-    for (const QPointer<QWidget> &standIn : std::as_const(m_accessibilityStandIns))
+    for (const QPointer<QWidget> &standIn : std::as_const(d->accessibilityStandIns))
         KQAccessibleChildren::clearAttributes(standIn);
-    m_accessibilityStandIns.clear();
+    d->accessibilityStandIns.clear();
 }
 
 void KQTabView::setGeometry(const QRect &rect)
 {
-    m_initialContentSize.reset();
+    d->initialContentSize.reset();
     QWidget::setGeometry(rect);
-    layoutContent();
+    d->layoutContent();
 }
 
 void KQTabView::setGeometry(int x, int y, int w, int h)
@@ -98,9 +106,9 @@ void KQTabView::setGeometry(int x, int y, int w, int h)
 
 void KQTabView::resize(const QSize &size)
 {
-    m_initialContentSize.reset();
+    d->initialContentSize.reset();
     QWidget::resize(size);
-    layoutContent();
+    d->layoutContent();
 }
 
 void KQTabView::resize(int w, int h)
@@ -108,71 +116,71 @@ void KQTabView::resize(int w, int h)
     resize(QSize(w, h));
 }
 
-void KQTabView::layoutContent()
+void KQTabViewPrivate::layoutContent()
 {
     // The selected widget follows the tab view's size in both directions.
-    if (m_installedView && m_installedView->parentWidget() == this)
-        m_installedView->setGeometry(KQTabBar::contentFrameForBounds(QRectF(rect())).toRect());
+    if (installedView && installedView->parentWidget() == q)
+        installedView->setGeometry(KQTabBar::contentFrameForBounds(QRectF(q->rect())).toRect());
 }
 
-void KQTabView::applyInitialFrameSize()
+void KQTabViewPrivate::applyInitialFrameSize()
 {
     // Sized by someone else in between (a layout, through a QWidget pointer):
     // that size stands.
-    if (!m_initialContentSize || size() != m_constructedSize) {
-        m_initialContentSize.reset();
+    if (!initialContentSize || q->size() != constructedSize) {
+        initialContentSize.reset();
         return;
     }
-    const QSizeF frame = frameSizeForTabViewSize(*m_initialContentSize);
-    resize(int(std::ceil(frame.width())), int(std::ceil(frame.height())));
+    const QSizeF frame = q->frameSizeForTabViewSize(*initialContentSize);
+    q->resize(int(std::ceil(frame.width())), int(std::ceil(frame.height())));
 }
 
 bool KQTabView::event(QEvent *event)
 {
     // The first moment a subclass's frame rule can be asked.
     if (event->type() == QEvent::Polish)
-        applyInitialFrameSize();
+        d->applyInitialFrameSize();
     return QWidget::event(event);
 }
 
-void KQTabView::adopt(KQTab *tab)
+void KQTabViewPrivate::adopt(KQTab *tab)
 {
     if (!tab->parent())
-        tab->setParent(this);
+        tab->setParent(q);
     // Once per tab, however often it is set.
-    disconnect(tab, nullptr, m_tabWatcher.get(), nullptr);
-    connect(tab, &QObject::destroyed, m_tabWatcher.get(), [this](QObject *gone) { forgetTab(gone); });
+    QObject::disconnect(tab, nullptr, tabWatcher.get(), nullptr);
+    QObject::connect(tab, &QObject::destroyed, tabWatcher.get(), [this](QObject *gone) { forgetTab(gone); });
     // The bar shows the icon: a new one must be drawn.
-    connect(tab, &KQTab::iconChanged, m_tabWatcher.get(), [this] { update(); });
+    QObject::connect(tab, &KQTab::iconChanged, tabWatcher.get(), [this] { q->update(); });
     if (KQAccessibility::validForAutomateTesting()) {
         // The buttons are the tabs' widgets, titled with their tooltips.
-        connect(tab, &KQTab::viewChanged, m_tabWatcher.get(), [this] { refreshAccessibility(); });
-        connect(tab, &KQTab::iconTooltipChanged, m_tabWatcher.get(), [this] { refreshAccessibility(); });
+        QObject::connect(tab, &KQTab::viewChanged, tabWatcher.get(), [this] { refreshAccessibility(); });
+        QObject::connect(tab, &KQTab::iconTooltipChanged, tabWatcher.get(), [this] { refreshAccessibility(); });
     }
 }
 
-void KQTabView::forgetTab(QObject *tab)
+void KQTabViewPrivate::forgetTab(QObject *tab)
 {
     // Only the address is compared: the tab is already half destroyed.
     const auto matches = [tab](KQTab *candidate) { return static_cast<QObject *>(candidate) == tab; };
-    const bool wasVisible = _tabs.removeIf(matches) > 0;
-    _hiddenTabs.removeIf(matches);
+    const bool wasVisible = tabs.removeIf(matches) > 0;
+    hiddenTabs.removeIf(matches);
     // The selected tab went (its pointer has already cleared itself): its
     // widget must not stay on show with nothing selected.
-    if (!_selectedTab && m_installedView) {
-        QPointer<QWidget> view = m_installedView;
-        if (view && view->parentWidget() == this) {
+    if (!selectedTab && installedView) {
+        QPointer<QWidget> view = installedView;
+        if (view && view->parentWidget() == q) {
             view->hide();
             // A widget its tab owned has no one left to go back to.
             if (giveBackInstalledView())
                 delete view.data();
         }
-        m_installedView = nullptr;
-        Q_EMIT selectedTabChanged(nullptr);
+        installedView = nullptr;
+        Q_EMIT q->selectedTabChanged(nullptr);
     }
     if (wasVisible)
-        Q_EMIT tabsChanged();
-    update();
+        Q_EMIT q->tabsChanged();
+    q->update();
 }
 
 void KQTabView::setTabs(const QList<KQTab *> &tabs)
@@ -182,23 +190,23 @@ void KQTabView::setTabs(const QList<KQTab *> &tabs)
     for (KQTab *tab : tabs) {
         if (!KQVerify(tab != nullptr))
             continue;
-        adopt(tab);
+        d->adopt(tab);
         accepted.append(tab);
     }
-    _tabs = accepted;
+    d->tabs = accepted;
     const QPointer<KQTabView> alive(this);
     Q_EMIT tabsChanged();
     if (!alive)
         return;
-    selectTab(_tabs.isEmpty() ? nullptr : _tabs.first());
+    selectTab(d->tabs.isEmpty() ? nullptr : d->tabs.first());
     if (!alive)
         return;
 
     if (KQAccessibility::validForAutomateTesting()) {
         // The previous group goes; initializeAccessibility attaches a new one.
         QList<QAccessibleInterface *> children = KQAccessibleChildren::children(this);
-        if (!children.isEmpty() && _kqAccessibilityTabView
-            && children.last() == _kqAccessibilityTabView->groupAccessbility()) {
+        if (!children.isEmpty() && d->kqAccessibilityTabView
+            && children.last() == d->kqAccessibilityTabView->groupAccessbility()) {
             children.removeLast();
             KQAccessibleChildren::setChildren(this, children);
         }
@@ -208,60 +216,60 @@ void KQTabView::setTabs(const QList<KQTab *> &tabs)
 
 QList<KQTab *> KQTabView::tabs() const
 {
-    return _tabs;
+    return d->tabs;
 }
 
 QList<KQTab *> KQTabView::hiddenTabs() const
 {
-    return _hiddenTabs;
+    return d->hiddenTabs;
 }
 
 KQTab *KQTabView::selectedTab() const
 {
-    return _selectedTab;
+    return d->selectedTab;
 }
 
 void KQTabView::selectTab(KQTab *tab)
 {
-    KQAssertText("tab == nil || [_tabs containsObject:tab]", tab == nullptr || _tabs.contains(tab));
+    KQAssertText("tab == nil || [_tabs containsObject:tab]", tab == nullptr || d->tabs.contains(tab));
 
     // Held weakly: a delegate may destroy the old tab while being told.
-    const QPointer<KQTab> old = _selectedTab;
+    const QPointer<KQTab> old = d->selectedTab;
     const QPointer<KQTab> next = tab;
     // ...and may destroy the tab view itself, as a panel closing on a choice does.
     const QPointer<KQTabView> alive(this);
-    if (auto *delegate = qobject_cast<KQTabViewDelegate *>(_delegate.data()))
+    if (auto *delegate = qobject_cast<KQTabViewDelegate *>(d->delegate.data()))
         delegate->tabViewWillChangeToTab(this, next, old);
     if (!alive)
         return;
     tearDownSelectedTab();
-    _selectedTab = next;
+    d->selectedTab = next;
     setUpSelectedTab();
-    if (auto *delegate = qobject_cast<KQTabViewDelegate *>(_delegate.data()))
+    if (auto *delegate = qobject_cast<KQTabViewDelegate *>(d->delegate.data()))
         delegate->tabViewDidChangeToTab(this, next, old);
     if (!alive)
         return;
-    Q_EMIT selectedTabChanged(_selectedTab);
+    Q_EMIT selectedTabChanged(d->selectedTab);
     update();
 }
 
 void KQTabView::tearDownSelectedTab()
 {
-    if (m_installedView && m_installedView->parentWidget() == this) {
-        m_installedView->hide();
-        giveBackInstalledView();
+    if (d->installedView && d->installedView->parentWidget() == this) {
+        d->installedView->hide();
+        d->giveBackInstalledView();
     }
-    m_installedView = nullptr;
+    d->installedView = nullptr;
 }
 
-bool KQTabView::giveBackInstalledView()
+bool KQTabViewPrivate::giveBackInstalledView()
 {
-    QWidget *view = m_installedView;
-    const bool parentless = m_installedWasParentless;
-    QWidget *owner = m_installedOwner;
-    m_installedOwner = nullptr;
-    m_installedWasParentless = false;
-    if (!view || owner == this)
+    QWidget *view = installedView;
+    const bool parentless = installedWasParentless;
+    QWidget *owner = installedOwner;
+    installedOwner = nullptr;
+    installedWasParentless = false;
+    if (!view || owner == q)
         return false;
     // Reparenting keeps the widget hidden.
     view->setParent(owner);
@@ -270,19 +278,19 @@ bool KQTabView::giveBackInstalledView()
 
 void KQTabView::setUpSelectedTab()
 {
-    if (!_selectedTab)
+    if (!d->selectedTab)
         return;
-    QWidget *view = _selectedTab->view();
+    QWidget *view = d->selectedTab->view();
     if (!view)
         return;
-    m_installedOwner = view->parentWidget();
-    m_installedWasParentless = view->parentWidget() == nullptr;
+    d->installedOwner = view->parentWidget();
+    d->installedWasParentless = view->parentWidget() == nullptr;
     if (view->parentWidget() != this)
         view->setParent(this);
     view->setGeometry(KQTabBar::contentFrameForBounds(QRectF(rect())).toRect());
     view->show();
-    m_installedView = view;
-    if (QWidget *focus = _selectedTab->initialFirstResponder())
+    d->installedView = view;
+    if (QWidget *focus = d->selectedTab->initialFirstResponder())
         focus->setFocus(Qt::OtherFocusReason);
 }
 
@@ -291,7 +299,7 @@ void KQTabView::resizeEvent(QResizeEvent *event)
     QWidget::resizeEvent(event);
     // Sizes set through a QWidget pointer arrive here (for a hidden tab view,
     // once it is shown).
-    layoutContent();
+    d->layoutContent();
 }
 
 void KQTabView::hideEvent(QHideEvent *event)
@@ -299,21 +307,21 @@ void KQTabView::hideEvent(QHideEvent *event)
     QWidget::hideEvent(event);
     // A hidden widget never gets the release of a press it was tracking:
     // forget the press, so the pressed look does not come back with it.
-    if (m_tracker->pressedDownTab()) {
-        m_tracker->reset();
+    if (d->tracker.pressedDownTab()) {
+        d->tracker.reset();
         update();
     }
 }
 
 bool KQTabView::hideTabSelection(qint64 tag)
 {
-    const QList<KQTab *> snapshot = _tabs;
+    const QList<KQTab *> snapshot = d->tabs;
     for (KQTab *tab : snapshot) {
         if (tab->tag() != tag)
             continue;
-        const bool wasSelected = tab == _selectedTab;
-        _tabs.removeOne(tab);
-        _hiddenTabs.append(tab);
+        const bool wasSelected = tab == d->selectedTab;
+        d->tabs.removeOne(tab);
+        d->hiddenTabs.append(tab);
         Q_EMIT tabsChanged();
         return wasSelected;
     }
@@ -324,7 +332,7 @@ void KQTabView::hideTab(qint64 tag)
 {
     if (hideTabSelection(tag)) {
         const QPointer<KQTabView> alive(this);
-        selectTab(_tabs.isEmpty() ? nullptr : _tabs.first());
+        selectTab(d->tabs.isEmpty() ? nullptr : d->tabs.first());
         if (!alive)
             return;
     }
@@ -333,14 +341,14 @@ void KQTabView::hideTab(qint64 tag)
 
 void KQTabView::showTab(qint64 tag, qsizetype position)
 {
-    for (qsizetype i = 0; i < _hiddenTabs.size(); ++i) {
-        KQTab *tab = _hiddenTabs.at(i);
+    for (qsizetype i = 0; i < d->hiddenTabs.size(); ++i) {
+        KQTab *tab = d->hiddenTabs.at(i);
         if (tab->tag() != tag)
             continue;
         // An index past the end would corrupt the list: report and keep the tab hidden.
-        KQAssert(position >= 0 && position <= _tabs.size());
-        _hiddenTabs.removeAt(i);
-        _tabs.insert(position, tab);
+        KQAssert(position >= 0 && position <= d->tabs.size());
+        d->hiddenTabs.removeAt(i);
+        d->tabs.insert(position, tab);
         Q_EMIT tabsChanged();
         break;
     }
@@ -350,26 +358,26 @@ void KQTabView::showTab(qint64 tag, qsizetype position)
 bool KQTabView::replaceTab(qint64 oldTag, qint64 newTag, qsizetype position)
 {
     KQTab *shown = nullptr;
-    const QList<KQTab *> snapshot = _tabs;
+    const QList<KQTab *> snapshot = d->tabs;
     for (qsizetype i = 0; i < snapshot.size(); ++i) {
         if (snapshot.at(i)->tag() != newTag)
             continue;
         // Already where it should be: leave everything, the old tab included.
         if (i == position)
             return false;
-        KQAssert(position >= 0 && position < _tabs.size(), false);
+        KQAssert(position >= 0 && position < d->tabs.size(), false);
         shown = snapshot.at(i);
-        _tabs.removeAt(i);
-        _tabs.insert(position, shown);
+        d->tabs.removeAt(i);
+        d->tabs.insert(position, shown);
         break;
     }
     if (!shown) {
-        for (qsizetype i = 0; i < _hiddenTabs.size(); ++i) {
-            if (_hiddenTabs.at(i)->tag() != newTag)
+        for (qsizetype i = 0; i < d->hiddenTabs.size(); ++i) {
+            if (d->hiddenTabs.at(i)->tag() != newTag)
                 continue;
-            KQAssert(position >= 0 && position <= _tabs.size(), false);
-            shown = _hiddenTabs.takeAt(i);
-            _tabs.insert(position, shown);
+            KQAssert(position >= 0 && position <= d->tabs.size(), false);
+            shown = d->hiddenTabs.takeAt(i);
+            d->tabs.insert(position, shown);
             break;
         }
     }
@@ -384,15 +392,15 @@ bool KQTabView::replaceTab(qint64 oldTag, qint64 newTag, qsizetype position)
 
 QObject *KQTabView::delegate() const
 {
-    return _delegate;
+    return d->delegate;
 }
 
 void KQTabView::setDelegate(QObject *delegate)
 {
     KQAssert(delegate == nullptr || qobject_cast<KQTabViewDelegate *>(delegate) != nullptr);
-    if (_delegate == delegate)
+    if (d->delegate == delegate)
         return;
-    _delegate = delegate;
+    d->delegate = delegate;
     Q_EMIT delegateChanged();
 }
 
@@ -412,34 +420,34 @@ QRectF KQTabView::tabBarRectForBounds(const QRectF &bounds)
 
 QList<QRectF> KQTabView::tabRectsForTabBarRect(const QRectF &bar) const
 {
-    return KQTabBar::tabRectsForTabBarRect(bar, _tabs.size());
+    return KQTabBar::tabRectsForTabBarRect(bar, d->tabs.size());
 }
 
 KQTab *KQTabView::tabAtPoint(const QPointF &point) const
 {
-    const qsizetype index = KQTabBar::tabIndexAtPoint(QRectF(rect()), _tabs.size(), point);
-    return index < 0 ? nullptr : _tabs.at(index);
+    const qsizetype index = KQTabBar::tabIndexAtPoint(QRectF(rect()), d->tabs.size(), point);
+    return index < 0 ? nullptr : d->tabs.at(index);
 }
 
 KQTab *KQTabView::pressedDownTab() const
 {
-    return m_tracker->pressedDownTab();
+    return d->tracker.pressedDownTab();
 }
 
-bool KQTabView::needsToDraw(const QRectF &rect) const
+bool KQTabViewPrivate::needsToDraw(const QRectF &rect) const
 {
-    return m_dirtyRegion.isEmpty() || m_dirtyRegion.intersects(rect.toAlignedRect());
+    return dirtyRegion.isEmpty() || dirtyRegion.intersects(rect.toAlignedRect());
 }
 
 void KQTabView::paintEvent(QPaintEvent *event)
 {
     const QRectF bar = tabBarRectForBounds(QRectF(rect()));
-    m_dirtyRegion = event->region();
-    if (needsToDraw(bar)) {
+    d->dirtyRegion = event->region();
+    if (d->needsToDraw(bar)) {
         QPainter painter(this);
         drawTabBarInRect(painter, bar);
     }
-    m_dirtyRegion = QRegion();
+    d->dirtyRegion = QRegion();
 }
 
 void KQTabView::drawTabBarInRect(QPainter &painter, const QRectF &bar)
@@ -450,9 +458,9 @@ void KQTabView::drawTabBarInRect(QPainter &painter, const QRectF &bar)
     const QList<QRectF> cells = tabRectsForTabBarRect(bar);
     // The count is read again after every cell: drawing may not assume the
     // list stays as it was.
-    for (qsizetype i = 0; i < _tabs.size() && i < cells.size(); ++i) {
-        if (needsToDraw(cells.at(i)))
-            drawTab(painter, _tabs.at(i), cells.at(i));
+    for (qsizetype i = 0; i < d->tabs.size() && i < cells.size(); ++i) {
+        if (d->needsToDraw(cells.at(i)))
+            drawTab(painter, d->tabs.at(i), cells.at(i));
     }
 
     QPen separator(palette().color(QPalette::Dark), 1.0);
@@ -493,7 +501,7 @@ void KQTabView::drawTab(QPainter &painter, KQTab *tab, const QRectF &cell)
     const qreal dpr = std::max(painter.device() ? painter.device()->devicePixelRatioF() : 1.0,
                                std::hypot(toDevice.m11(), toDevice.m12()));
 
-    if (tab == _selectedTab) {
+    if (tab == d->selectedTab) {
         QImage layer = beginLayer(cell, dpr);
         {
             QPainter layerPainter(&layer);
@@ -531,7 +539,7 @@ void KQTabView::drawTab(QPainter &painter, KQTab *tab, const QRectF &cell)
         prepareLayerPainter(layerPainter, cell);
         layerPainter.setRenderHint(QPainter::SmoothPixmapTransform, true);
         layerPainter.drawPixmap(iconRect, pixmap, QRectF(QPointF(0, 0), QSizeF(pixmap.size())));
-        if (tab == m_tracker->pressedDownTab()) {
+        if (tab == d->tracker.pressedDownTab()) {
             // Only where the icon has painted does the darkening land.
             layerPainter.setCompositionMode(QPainter::CompositionMode_SourceAtop);
             layerPainter.fillRect(cell, QColor(0, 0, 0, qRound(0.4 * 255)));
@@ -567,7 +575,7 @@ void KQTabView::modalClickTrackingLoop(QMouseEvent *event)
     // (it grabs the mouse on press), so the loop runs as one step per event.
     KQTab *underPointer = tabAtPoint(event->position());
     const KQTabClickTracker::Step step =
-        m_tracker->track(underPointer, event->type() == QEvent::MouseButtonRelease);
+        d->tracker.track(underPointer, event->type() == QEvent::MouseButtonRelease);
     if (step.pressedChanged)
         update(tabBarRectForBounds(QRectF(rect())).toAlignedRect());
     if (!step.finished)
@@ -579,7 +587,7 @@ void KQTabView::modalClickTrackingLoop(QMouseEvent *event)
         if (!alive)
             return;
     }
-    m_tracker->reset();
+    d->tracker.reset();
     if (selection)
         update(tabBarRectForBounds(QRectF(rect())).toAlignedRect());
     event->accept();

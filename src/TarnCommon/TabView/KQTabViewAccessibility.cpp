@@ -6,6 +6,7 @@
 
 #include "KQAccessibleWidget_p.h"
 #include "KQTabBarGeometry_p.h"
+#include "KQTabView_p.h"
 
 #include <TarnCommon/KQAccessibility.h>
 #include <TarnCommon/KQScreenSpace.h>
@@ -20,8 +21,8 @@ void KQTabView::initializeAccessibility()
 
     // The previous group was taken out of the children by setTabs; its node
     // goes with its owner.
-    if (_kqAccessibilityTabView)
-        _kqAccessibilityTabView->deleteLater();
+    if (d->kqAccessibilityTabView)
+        d->kqAccessibilityTabView->deleteLater();
     auto *accessibility = new KQAccessibility(this, QStringLiteral("TabView Group"), this);
     setKqAccessibilityTabView(accessibility);
 
@@ -36,17 +37,17 @@ void KQTabView::initializeAccessibility()
     KQAccessibleChildren::notify(QAccessible::queryAccessibleInterface(this), QAccessible::ObjectReorder);
 }
 
-void KQTabView::refreshAccessibility()
+void KQTabViewPrivate::refreshAccessibility()
 {
-    if (KQAccessibility::validForAutomateTesting() && _kqAccessibilityTabView)
-        _kqAccessibilityTabView->reloadAccessibilityHierarchy();
+    if (KQAccessibility::validForAutomateTesting() && kqAccessibilityTabView)
+        kqAccessibilityTabView->reloadAccessibilityHierarchy();
 }
 
 void KQTabView::setupKQAccessibilityHierarchy()
 {
-    if (!_kqAccessibilityTabView)
+    if (!d->kqAccessibilityTabView)
         return;
-    KQAccessibilityNode *group = _kqAccessibilityTabView->groupAccessbility();
+    KQAccessibilityNode *group = d->kqAccessibilityTabView->groupAccessbility();
     if (!group)
         return;
     const QList<QAccessibleInterface *> before = group->accessibilityChildren();
@@ -62,12 +63,12 @@ void KQTabView::setupKQAccessibilityHierarchy()
     // The rule is stated in y-up screen space: convert in, compute, convert out.
     const QRectF windowFrame = KQScreenSpace::fromGlobal(QRectF(window()->frameGeometry()));
     const QRectF bounds(rect());
-    const qsizetype count = _tabs.size();
+    const qsizetype count = d->tabs.size();
     QAccessibleInterface *tabViewInterface = QAccessible::queryAccessibleInterface(this);
     const QPointer<KQTabView> self(this);
 
-    for (qsizetype i = 0; i < _tabs.size(); ++i) {
-        KQTab *tab = _tabs.at(i);
+    for (qsizetype i = 0; i < d->tabs.size(); ++i) {
+        KQTab *tab = d->tabs.at(i);
         // The tab's widget itself is its button, so its controls hang under it.
         QWidget *view = tab->view();
         if (!view)
@@ -75,13 +76,13 @@ void KQTabView::setupKQAccessibilityHierarchy()
         KQAccessibleChildren::setAccessibilityParent(view, tabViewInterface);
         KQAccessibleChildren::setAccessibilityTitle(view, tab->iconTooltip());
         KQAccessibleChildren::setAccessibilityRole(view, QAccessible::Button);
-        KQAccessibleChildren::setAccessibilityChecked(view, tab == _selectedTab);
+        KQAccessibleChildren::setAccessibilityChecked(view, tab == d->selectedTab);
         KQAccessibleChildren::setAccessibilityFrame(
             view, KQScreenSpace::toGlobal(KQTabBar::accessibilityButtonFrame(windowFrame, bounds, count, i)));
         // Pressed, it selects the tab as a click does.
         const QPointer<KQTab> pressed(tab);
         KQAccessibleChildren::setPressAction(view, [self, pressed] {
-            if (self && pressed && self->_tabs.contains(pressed.data()))
+            if (self && pressed && self->d->tabs.contains(pressed.data()))
                 self->selectTab(pressed);
         });
         if (QAccessibleInterface *button = QAccessible::queryAccessibleInterface(view)) {
@@ -93,12 +94,12 @@ void KQTabView::setupKQAccessibilityHierarchy()
     if (children.isEmpty())
         return;
     // Widgets no longer standing for a button answer as themselves again.
-    for (const QPointer<QWidget> &previous : std::as_const(m_accessibilityStandIns)) {
+    for (const QPointer<QWidget> &previous : std::as_const(d->accessibilityStandIns)) {
         if (previous && !standIns.contains(previous))
             KQAccessibleChildren::clearAttributes(previous);
     }
-    m_accessibilityStandIns = standIns;
-    _kqAccessibilityTabView->setChildrenToGroup(children);
+    d->accessibilityStandIns = standIns;
+    d->kqAccessibilityTabView->setChildrenToGroup(children);
 
     // Told without polling: a new set of buttons, new titles, a new selection.
     const QList<QAccessibleInterface *> after = group->accessibilityChildren();
@@ -116,20 +117,20 @@ void KQTabView::setupKQAccessibilityHierarchy()
 
 QList<QAccessibleInterface *> KQTabView::accessibilityChildren()
 {
-    if (KQAccessibility::validForAutomateTesting() && _kqAccessibilityTabView)
-        _kqAccessibilityTabView->reloadAccessibilityHierarchy();
+    if (KQAccessibility::validForAutomateTesting() && d->kqAccessibilityTabView)
+        d->kqAccessibilityTabView->reloadAccessibilityHierarchy();
     return KQAccessibleChildren::children(this);
 }
 
 KQAccessibility *KQTabView::kqAccessibilityTabView() const
 {
-    return _kqAccessibilityTabView;
+    return d->kqAccessibilityTabView;
 }
 
 void KQTabView::setKqAccessibilityTabView(KQAccessibility *accessibility)
 {
-    if (_kqAccessibilityTabView == accessibility)
+    if (d->kqAccessibilityTabView == accessibility)
         return;
-    _kqAccessibilityTabView = accessibility;
+    d->kqAccessibilityTabView = accessibility;
     Q_EMIT kqAccessibilityTabViewChanged();
 }

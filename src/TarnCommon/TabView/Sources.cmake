@@ -5,6 +5,7 @@ tarncommon_add_files(
         KQAccessibility.h
     PRIVATE
         KQTab.cpp
+        KQTabView_p.h
         KQTabView.cpp
         KQTabViewAccessibility.cpp
         KQTabBarGeometry_p.h
