@@ -8,6 +8,7 @@
 #include <TarnCommon/ToolTipWindow_ZL.h>
 
 #include <QtCore/QVariantAnimation>
+#include <QtGui/QPainter>
 #include <QtGui/QTextDocument>
 #include <QtTest/QTest>
 #include <QtWidgets/QApplication>
@@ -65,6 +66,22 @@ private Q_SLOTS:
         window.textView()->render(&image, QPoint(), QRegion(), QWidget::DrawChildren);
         QCOMPARE(image.pixelColor(2, window.height() / 2), QColor(255, 255, 215, 221));
         QCOMPARE(image.pixelColor(window.width() / 2, 0), QColor(0, 0, 0, 85)); // black at a third
+    }
+
+    void subclassPaintsItsOwnBackground()
+    {
+        struct GreenView : ToolTipTextView_ZL
+        {
+            void drawViewBackgroundInRect(QPainter &painter, const QRectF &) override
+            {
+                painter.fillRect(rect(), Qt::green);
+            }
+        } view;
+        view.resize(40, 20);
+        QImage image(view.size(), QImage::Format_ARGB32);
+        image.fill(Qt::transparent);
+        view.render(&image, QPoint(), QRegion(), QWidget::DrawChildren);
+        QCOMPARE(image.pixelColor(0, 0), QColor(Qt::green));
     }
 
     // In y-up space: primary (0, 0, 1000, 700), secondary (1000, 100, 800, 600);

@@ -39,55 +39,57 @@ private:
 // may close it (QApplication::closeAllWindows() closes every visible
 // window, and a quit may then be cancelled): until the next tooltip there
 // is simply nothing shown, and the next tooltip gets a new window.
-class ToolTipControllerPrivate_ZL : public ToolTipPresenter_ZL
+class ToolTipController_ZLPrivate : public ToolTipPresenter_ZL
 {
 public:
+    static ToolTipController_ZLPrivate *get(ToolTipController_ZL *controller) { return controller->d.get(); }
+
     // nullptr before startup.
     ToolTipWindow_ZL *window()
     {
-        if (!toolTipWindow_ && timer_) {
+        if (!toolTipWindow && timer) {
             auto *window = new ToolTipWindow_ZL;
             window->setAttribute(Qt::WA_DeleteOnClose);
             // The window also hides itself (with the application) and may
             // be closed by anyone; the rules must not go on believing it shown.
-            window->installEventFilter(&hideWatcher_);
-            toolTipWindow_ = window;
+            window->installEventFilter(&hideWatcher);
+            toolTipWindow = window;
         }
-        return toolTipWindow_;
+        return toolTipWindow;
     }
 
-    bool isShown() const override { return toolTipWindow_ && toolTipWindow_->isShown(); }
+    bool isShown() const override { return toolTipWindow && toolTipWindow->isShown(); }
     void setString(const QString &text, bool wrapText) override
     {
         if (window())
-            toolTipWindow_->setString(text, wrapText);
+            toolTipWindow->setString(text, wrapText);
     }
     void setAttributedString(const QTextDocumentFragment &text, bool wrapText) override
     {
         if (window())
-            toolTipWindow_->setAttributedString(text, wrapText);
+            toolTipWindow->setAttributedString(text, wrapText);
     }
     void positionAtMouseLocation(QPointF point) override
     {
-        if (toolTipWindow_)
-            toolTipWindow_->positionAtMouseLocation(point);
+        if (toolTipWindow)
+            toolTipWindow->positionAtMouseLocation(point);
     }
     void show() override
     {
-        if (toolTipWindow_)
-            toolTipWindow_->show();
+        if (toolTipWindow)
+            toolTipWindow->show();
     }
     void hide(bool fade) override
     {
-        if (toolTipWindow_)
-            toolTipWindow_->hide(fade);
+        if (toolTipWindow)
+            toolTipWindow->hide(fade);
     }
 
-    QPointer<QTimer> timer_;
-    QPointer<ToolTipWindow_ZL> toolTipWindow_;
-    QMetaObject::Connection observer_;
-    ToolTipTiming_ZL timing_;
-    WindowHideWatcher hideWatcher_{timing_};
+    QPointer<QTimer> timer;
+    QPointer<ToolTipWindow_ZL> toolTipWindow;
+    QMetaObject::Connection observer;
+    ToolTipTiming_ZL timing;
+    WindowHideWatcher hideWatcher{timing};
 };
 
 namespace {
@@ -117,76 +119,76 @@ ToolTipController_ZL *ToolTipController_ZL::sharedToolTipController()
 
 ToolTipController_ZL::ToolTipController_ZL(QObject *parent)
     : QObject(parent)
-    , d(std::make_unique<ToolTipControllerPrivate_ZL>())
+    , d(std::make_unique<ToolTipController_ZLPrivate>())
 {
-    d->timing_.setPointerLocation([] { return QPointF(QCursor::pos()); });
-    d->timing_.setHitTest([](bool *wrap, QPointF p) { return ToolTipAtScreenPoint(wrap, p); });
+    d->timing.setPointerLocation([] { return QPointF(QCursor::pos()); });
+    d->timing.setHitTest([](bool *wrap, QPointF p) { return ToolTipAtScreenPoint(wrap, p); });
 }
 
 ToolTipController_ZL::~ToolTipController_ZL()
 {
-    QObject::disconnect(d->observer_);
-    if (d->timer_)
-        d->timer_->stop();
-    d->timing_.setPresenter(nullptr);
-    if (d->toolTipWindow_) {
-        d->toolTipWindow_->removeEventFilter(&d->hideWatcher_);
-        d->toolTipWindow_->close();
-        delete d->toolTipWindow_; // gone already if it deletes itself on close
+    QObject::disconnect(d->observer);
+    if (d->timer)
+        d->timer->stop();
+    d->timing.setPresenter(nullptr);
+    if (d->toolTipWindow) {
+        d->toolTipWindow->removeEventFilter(&d->hideWatcher);
+        d->toolTipWindow->close();
+        delete d->toolTipWindow; // gone already if it deletes itself on close
     }
 }
 
 void ToolTipController_ZL::startup()
 {
-    if (d->timer_)
+    if (d->timer)
         return;
     KQAssert(qobject_cast<QApplication *>(QCoreApplication::instance()) != nullptr);
-    d->timer_ = new QTimer(this);
+    d->timer = new QTimer(this);
     d->window();
-    d->timing_.setPresenter(d.get());
+    d->timing.setPresenter(d.get());
 
-    d->timer_->setInterval(int(ToolTipTiming_ZL::pollInterval * 1000));
-    connect(d->timer_, &QTimer::timeout, this, &ToolTipController_ZL::_timerFired);
-    d->timer_->start();
+    d->timer->setInterval(int(ToolTipTiming_ZL::pollInterval * 1000));
+    connect(d->timer, &QTimer::timeout, this, &ToolTipController_ZL::_timerFired);
+    d->timer->start();
 
-    d->observer_ = connect(KQAfterEventNotifier::instance(), &KQAfterEventNotifier::afterEventSent, this,
+    d->observer = connect(KQAfterEventNotifier::instance(), &KQAfterEventNotifier::afterEventSent, this,
                            &ToolTipController_ZL::_handleEvent);
 }
 
 ToolTipWindow_ZL *ToolTipController_ZL::toolTipWindow() const
 {
-    return d->toolTipWindow_;
+    return d->toolTipWindow;
 }
 
 void ToolTipController_ZL::setClock(Clock clock)
 {
     if (clock)
-        d->timing_.setClock(std::move(clock));
+        d->timing.setClock(std::move(clock));
     else
-        d->timing_.setClock(&ToolTipTiming_ZL::defaultClock);
+        d->timing.setClock(&ToolTipTiming_ZL::defaultClock);
 }
 
 void ToolTipController_ZL::poll()
 {
-    d->timing_.timerFired();
+    d->timing.timerFired();
 }
 
 void ToolTipController_ZL::_handleEvent(QEvent *event)
 {
-    d->timing_.handleEvent(event);
+    d->timing.handleEvent(event);
 }
 
 void ToolTipController_ZL::_timerFired()
 {
-    d->timing_.timerFired();
+    d->timing.timerFired();
 }
 
-ToolTipTiming_ZL &KQToolTipRules::ControllerAccess::timing(ToolTipController_ZL *controller)
+ToolTipTiming_ZL &KQToolTipRules::ToolTipControllerTiming(ToolTipController_ZL *controller)
 {
-    return controller->d->timing_;
+    return ToolTipController_ZLPrivate::get(controller)->timing;
 }
 
-QTimer *KQToolTipRules::ControllerAccess::timer(ToolTipController_ZL *controller)
+QTimer *KQToolTipRules::ToolTipControllerTimer(ToolTipController_ZL *controller)
 {
-    return controller->d->timer_;
+    return ToolTipController_ZLPrivate::get(controller)->timer;
 }

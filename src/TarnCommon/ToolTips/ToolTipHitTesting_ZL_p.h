@@ -1,7 +1,5 @@
 #pragma once
 
-#include <TarnCommon/TarnCommonExport.h>
-
 #include <QtCore/QPointF>
 
 class QWidget;

@@ -27,39 +27,55 @@ void applyContainerMargins(QTextDocument *document)
 
 } // namespace
 
+class ToolTipTextView_ZLPrivate
+{
+public:
+    explicit ToolTipTextView_ZLPrivate(ToolTipTextView_ZL *q)
+        : document(new QTextDocument(q))
+    {
+    }
+
+    QTextDocument *const document; // a child of the view
+};
+
 ToolTipTextView_ZL::ToolTipTextView_ZL(QWidget *parent)
     : QWidget(parent)
-    , m_document(new QTextDocument(this))
+    , d(std::make_unique<ToolTipTextView_ZLPrivate>(this))
 {
     setAttribute(Qt::WA_TransparentForMouseEvents);
     setFocusPolicy(Qt::NoFocus);
     // The background is ours (drawViewBackgroundInRect), the rest clear.
     setAttribute(Qt::WA_TranslucentBackground);
     setAutoFillBackground(false);
-    m_document->setDocumentMargin(0);
-    m_document->setUndoRedoEnabled(false);
-    QTextOption option = m_document->defaultTextOption();
+    d->document->setDocumentMargin(0);
+    d->document->setUndoRedoEnabled(false);
+    QTextOption option = d->document->defaultTextOption();
     option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
-    m_document->setDefaultTextOption(option);
-    m_document->setDefaultFont(font());
-    applyContainerMargins(m_document);
+    d->document->setDefaultTextOption(option);
+    d->document->setDefaultFont(font());
+    applyContainerMargins(d->document);
 }
 
 ToolTipTextView_ZL::~ToolTipTextView_ZL() = default;
 
 QTextDocument *ToolTipTextView_ZL::document() const
 {
-    return m_document;
+    return d->document;
+}
+
+QSizeF ToolTipTextView_ZL::textContainerInset() const
+{
+    return QSizeF(0.0, 3.0);
 }
 
 QRectF ToolTipTextView_ZL::setText(const QTextDocumentFragment &text, double wrapWidth)
 {
-    m_document->clear();
-    m_document->setDefaultFont(font());
-    applyContainerMargins(m_document);
+    d->document->clear();
+    d->document->setDefaultFont(font());
+    applyContainerMargins(d->document);
     // A negative width lays every paragraph out on one line, however long.
-    m_document->setTextWidth(wrapWidth < 0 ? -1.0 : wrapWidth);
-    QTextCursor cursor(m_document);
+    d->document->setTextWidth(wrapWidth < 0 ? -1.0 : wrapWidth);
+    QTextCursor cursor(d->document);
     cursor.insertFragment(text);
     update();
     return usedRect();
@@ -69,10 +85,10 @@ QRectF ToolTipTextView_ZL::usedRect() const
 {
     // idealWidth is the width the lines really take, padding included,
     // rather than the container's.
-    QAbstractTextDocumentLayout *layout = m_document->documentLayout();
+    QAbstractTextDocumentLayout *layout = d->document->documentLayout();
     if (layout == nullptr)
         return QRectF(0, 0, 0, 0);
-    return QRectF(0, 0, m_document->idealWidth(), layout->documentSize().height());
+    return QRectF(0, 0, d->document->idealWidth(), layout->documentSize().height());
 }
 
 void ToolTipTextView_ZL::drawViewBackgroundInRect(QPainter &painter, const QRectF &)
@@ -96,5 +112,5 @@ void ToolTipTextView_ZL::paintEvent(QPaintEvent *)
     QAbstractTextDocumentLayout::PaintContext context;
     context.palette = palette();
     context.palette.setColor(QPalette::Text, Qt::black);
-    m_document->documentLayout()->draw(&painter, context);
+    d->document->documentLayout()->draw(&painter, context);
 }

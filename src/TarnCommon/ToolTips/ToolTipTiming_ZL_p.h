@@ -1,7 +1,5 @@
 #pragma once
 
-#include <TarnCommon/TarnCommonExport.h>
-
 #include <QtCore/QPointF>
 #include <QtCore/QString>
 #include <QtCore/QVariant>
@@ -11,8 +9,8 @@
 
 class QEvent;
 
-// The tooltip machinery's inner rules, exported for the library's tests and
-// tools only; applications use ToolTipController_ZL.
+// The tooltip machinery's inner rules, for the library's tests and tools
+// only; applications use ToolTipController_ZL.
 namespace KQToolTipRules {
 
 // What one event does to the tooltip: whether a tooltip may follow it, and

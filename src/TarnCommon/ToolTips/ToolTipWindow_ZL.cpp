@@ -175,14 +175,31 @@ double ToolTipCursorReachBelowHotSpot()
 
 } // namespace KQToolTipRules
 
+class ToolTipWindow_ZLPrivate
+{
+public:
+    explicit ToolTipWindow_ZLPrivate(ToolTipWindow_ZL *q)
+        : q(q)
+        , textView(new ToolTipTextView_ZL(q))
+    {
+    }
+
+    void animationDidStop() { animationDidEnd(); }
+    void animationDidEnd() { q->QWidget::hide(); }
+
+    ToolTipWindow_ZL *const q;
+    ToolTipTextView_ZL *textView;
+    QPointer<QVariantAnimation> fadeOut;
+};
+
 ToolTipWindow_ZL::ToolTipWindow_ZL()
     : QWidget(nullptr, Qt::ToolTip | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint
                            | Qt::WindowTransparentForInput | Qt::WindowDoesNotAcceptFocus)
-    , textView_(new ToolTipTextView_ZL(this))
+    , d(std::make_unique<ToolTipWindow_ZLPrivate>(this))
 {
     setObjectName(QStringLiteral("ToolTipWindow_ZL"));
     resize(100, 100);
-    textView_->setGeometry(0, 0, 100, 100);
+    d->textView->setGeometry(0, 0, 100, 100);
     setString(QString(QLatin1String("")), true);
     // Clear around the drawn background; the window system adds the shadow
     // it gives tooltip windows.
@@ -200,31 +217,21 @@ ToolTipWindow_ZL::ToolTipWindow_ZL()
 
 ToolTipWindow_ZL::~ToolTipWindow_ZL() = default;
 
-void ToolTipWindow_ZL::animationDidStop()
-{
-    animationDidEnd();
-}
-
-void ToolTipWindow_ZL::animationDidEnd()
-{
-    QWidget::hide();
-}
-
 QTextDocumentFragment ToolTipWindow_ZL::attributedString() const
 {
-    return QTextDocumentFragment(textView_->document());
+    return QTextDocumentFragment(d->textView->document());
 }
 
 void ToolTipWindow_ZL::setAttributedString(const QTextDocumentFragment &text, bool wrapText)
 {
     // A tooltip that changes while fading comes back only through show().
     if (isFading())
-        animationDidStop();
-    const QRectF used = textView_->setText(text, wrapText ? wrapWidth : -1.0);
-    const QSizeF size = ToolTipContentSize(used, textView_->textContainerInset());
+        d->animationDidStop();
+    const QRectF used = d->textView->setText(text, wrapText ? wrapWidth : -1.0);
+    const QSizeF size = ToolTipContentSize(used, d->textView->textContainerInset());
     const QSize pixels(int(std::ceil(size.width())), int(std::ceil(size.height())));
     resize(pixels);
-    textView_->setGeometry(QRect(QPoint(0, 0), pixels));
+    d->textView->setGeometry(QRect(QPoint(0, 0), pixels));
     if (isVisible())
         update();
 }
@@ -237,7 +244,7 @@ void ToolTipWindow_ZL::setString(const QString &text, bool wrapText)
 void ToolTipWindow_ZL::setVisible(bool visible)
 {
     if (isFading())
-        fadeOut_->stop();
+        d->fadeOut->stop();
     if (visible)
         setWindowOpacity(1.0);
     QWidget::setVisible(visible);
@@ -247,12 +254,17 @@ void ToolTipWindow_ZL::setVisible(bool visible)
 
 bool ToolTipWindow_ZL::isFading() const
 {
-    return fadeOut_ && fadeOut_->state() == QAbstractAnimation::Running;
+    return d->fadeOut && d->fadeOut->state() == QAbstractAnimation::Running;
 }
 
 bool ToolTipWindow_ZL::isShown() const
 {
     return isVisible() && !isFading();
+}
+
+ToolTipTextView_ZL *ToolTipWindow_ZL::textView() const
+{
+    return d->textView;
 }
 
 void ToolTipWindow_ZL::positionAtMouseLocation(QPointF point)
@@ -272,18 +284,18 @@ void ToolTipWindow_ZL::hide(bool fade)
 {
     if (!isShown())
         return;
-    if (!fadeOut_) {
-        fadeOut_ = new QVariantAnimation(this);
-        fadeOut_->setStartValue(1.0);
-        fadeOut_->setEndValue(0.0);
-        fadeOut_->setDuration(fadeDuration);
-        connect(fadeOut_, &QVariantAnimation::valueChanged, this,
+    if (!d->fadeOut) {
+        d->fadeOut = new QVariantAnimation(this);
+        d->fadeOut->setStartValue(1.0);
+        d->fadeOut->setEndValue(0.0);
+        d->fadeOut->setDuration(fadeDuration);
+        connect(d->fadeOut, &QVariantAnimation::valueChanged, this,
                 [this](const QVariant &value) { setWindowOpacity(value.toDouble()); });
-        connect(fadeOut_, &QAbstractAnimation::finished, this, &ToolTipWindow_ZL::animationDidEnd);
+        connect(d->fadeOut, &QAbstractAnimation::finished, this, [this] { d->animationDidEnd(); });
     }
     if (!fade) {
-        animationDidEnd();
+        d->animationDidEnd();
         return;
     }
-    fadeOut_->start();
+    d->fadeOut->start();
 }

@@ -1,7 +1,5 @@
 #pragma once
 
-#include <TarnCommon/TarnCommonExport.h>
-
 #include <QtCore/QByteArray>
 #include <QtCore/QList>
 #include <QtCore/QPointF>
@@ -24,8 +22,7 @@ std::optional<QRectF> ScreenAtPoint(QPointF point, const QList<QRectF> &frames);
 // its left edge at the pointer, kept inside the screen horizontally. Without
 // a screen the window goes at the pointer, or at x = 0 when the pointer is
 // left of 0, and above the pointer when it would reach below y = 0.
-QPointF ToolTipWindowOrigin(QPointF point, QSizeF size, const QList<QRectF> &frames,
-                                              double cursorBelow);
+QPointF ToolTipWindowOrigin(QPointF point, QSizeF size, const QList<QRectF> &frames, double cursorBelow);
 
 // The content size for text using used inside a container inset by inset.
 QSizeF ToolTipContentSize(const QRectF &used, QSizeF inset);
@@ -39,8 +36,7 @@ double ToolTipStandardCursorReach(int shape, double size);
 // else the Xcursor.size resource, else the resources' Xft.dpi at 16 points,
 // else screenPixels / 48 (the smaller side of the X screen; 0 when unknown),
 // else 16.
-int ToolTipCursorThemeSize(const QByteArray &xcursorSize, const QByteArray &resources,
-                                             int screenPixels);
+int ToolTipCursorThemeSize(const QByteArray &xcursorSize, const QByteArray &resources, int screenPixels);
 
 // How far the current cursor's image reaches below its hot spot, in
 // device-independent pixels: from its pixmap for a bitmap cursor, from the
