@@ -152,6 +152,20 @@ QString kq_stringByReplacingCharactersInSet(const QString &string, const KQChara
     };
 
     for (;;) {
+        if (copies == 0 && (resultSize == 0 || !QChar::isHighSurrogate(result.at(resultSize - 1).unicode()))) {
+            // Fast path: a run of input units that are neither surrogates nor members.
+            qsizetype end = next;
+            while (end < inSize && !QChar::isSurrogate(in[end]) && !chars.characterIsMember(in[end]))
+                ++end;
+            if (end > next) {
+                result.append(QStringView(in + next, end - next));
+                if (resultSize + (end - next) > fromCopy.size())
+                    fromCopy.resize(std::max<qsizetype>(2 * fromCopy.size(), resultSize + (end - next)));
+                fromCopy.fill(false, resultSize, resultSize + (end - next));
+                resultSize += end - next;
+                next = end;
+            }
+        }
         const bool endIsHigh = resultSize > 0 && QChar::isHighSurrogate(result.at(resultSize - 1).unicode());
         if (!hasFront()) {
             if (endIsHigh && chars.characterIsMember(result.at(resultSize - 1).unicode())) {
