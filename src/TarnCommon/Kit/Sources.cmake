@@ -1,5 +1,5 @@
 tarncommon_add_files(
     PUBLIC
-        KQError.h
+        KQError.h KQURLRequest.h
     PRIVATE
-        KQError.cpp)
+        KQError.cpp KQURLRequest.cpp)
