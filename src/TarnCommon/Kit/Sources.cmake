@@ -3,3 +3,8 @@ tarncommon_add_files(
         KQError.h
     PRIVATE
         KQError.cpp)
+tarncommon_add_files(
+    PUBLIC
+        KQMenuExtensions.h
+    PRIVATE
+        KQMenuExtensions.cpp)
