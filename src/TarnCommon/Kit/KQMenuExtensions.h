@@ -27,19 +27,19 @@ class QWidget;
     A key names a property of QAction ("text", "checkable", "enabled",
     "shortcut", "toolTip", ...), set as QObject::setProperty would, or one of
     these:
-    \list
-    \li "title", "keyEquivalent", "state", "image" and "tag": the classic
+    <ul>
+    <li>"title", "keyEquivalent", "state", "image" and "tag": the classic
         names of "text", "shortcut", "checked", "icon" and the action's data.
         A key equivalent of one character is a platform-style one: Ctrl with
         the key, plus Shift for an upper-case letter ("s" is Ctrl+S, "S" is
         Ctrl+Shift+S); a longer text is read as a QKeySequence. A state makes
-        the action checkable and checks it when it is 1 or true.
-    \li "action": the name of a slot or Q_INVOKABLE method (see kq_setAction()).
-    \li "target": the QObject that receives the action (see kq_setTarget()).
-    \li "data": the action's data; "separator": true makes it a separator.
-    \li "submenu": a list of items (built as kq_menuWithItemProperties()
-        builds one) or a QMenu, shown as the action's menu.
-    \endlist
+        the action checkable and checks it when it is 1 or true.</li>
+    <li>"action": the name of a slot or Q_INVOKABLE method (see kq_setAction()).</li>
+    <li>"target": the QObject that receives the action (see kq_setTarget()).</li>
+    <li>"data": the action's data; "separator": true makes it a separator.</li>
+    <li>"submenu": a list of items (built as kq_menuWithItemProperties()
+        builds one) or a QMenu, shown as the action's menu.</li>
+    </ul>
 
     A key QAction does not know, or a value of a type the property cannot
     take, is reported as an error naming the key and left out; the other
