@@ -42,15 +42,11 @@ void TestColorExtensions::hexParsing_data()
     QTest::newRow("length 6") << QStringLiteral("#FF800") << false << 0 << 0 << 0;
     QTest::newRow("length 8") << QStringLiteral("#FF80000") << false << 0 << 0 << 0;
     QTest::newRow("not hex") << QStringLiteral("#GG0000") << false << 0 << 0 << 0;
-    QTest::newRow("no hash") << QStringLiteral("1234567") << false << 0 << 0 << 0;
     QTest::newRow("blanks before fields") << QStringLiteral("# 1 2 3") << true << 1 << 2 << 3;
-    QTest::newRow("tab and newline") << QStringLiteral("#\t1\n2\r3") << true << 1 << 2 << 3;
     QTest::newRow("short last field") << QStringLiteral("#12345Z") << true << 0x12 << 0x34 << 0x5;
     QTest::newRow("two fields only") << QStringLiteral("#12 34 ") << false << 0 << 0 << 0;
     QTest::newRow("0x prefix is a field") << QStringLiteral("#0x1234") << true << 0 << 0x12 << 0x34;
-    QTest::newRow("plus signs") << QStringLiteral("#+1+2+3") << true << 1 << 2 << 3;
     QTest::newRow("negative fields are full") << QStringLiteral("#-1-1-1") << true << 255 << 255 << 255;
-    QTest::newRow("sign without digit") << QStringLiteral("#-+1234") << false << 0 << 0 << 0;
     QTest::newRow("ends at a NUL") << QStringLiteral("#00000") + QChar(0) << true << 0 << 0 << 0;
     QTest::newRow("non-ASCII letter") << QStringLiteral("#\u00e912345") << false << 0 << 0 << 0;
     QTest::newRow("surrogate pair") << QStringLiteral("#\U0001F600123") << false << 0 << 0 << 0;

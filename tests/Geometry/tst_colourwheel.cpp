@@ -86,8 +86,6 @@ void TestColourWheel::ring_data()
     QTest::newRow("green") << 120.0 << rgb(0, 65535, 0);
     QTest::newRow("cyan") << 180.0 << rgb(0, 65535, 65535);
     QTest::newRow("blue") << 240.0 << rgb(0, 0, 65535);
-    QTest::newRow("magenta") << 300.0 << rgb(65535, 0, 65535);
-    QTest::newRow("-690") << -690.0 << rgb(65535, 32767, 0);
     QTest::newRow("NaN") << kNaN << rgb(0, 0, 0);
 }
 
@@ -111,7 +109,6 @@ void TestColourWheel::lighterAndDarker_data()
     QTest::newRow("lighter half of black truncates") << true << rgb(0, 0, 0) << 0.5 << rgb(32767, 32767, 32767);
     QTest::newRow("lighter by 2 wraps") << true << rgb(0, 0, 0) << 2.0 << rgb(1, 1, 1);
     QTest::newRow("lighter by NaN") << true << some << kNaN << rgb(0, 0, 0);
-    QTest::newRow("darker by 1 keeps") << false << some << 1.0 << some;
     QTest::newRow("darker by 0 is black") << false << some << 0.0 << rgb(0, 0, 0);
     QTest::newRow("darker half of white truncates") << false << rgb(65535, 65535, 65535) << 0.5
                                                     << rgb(32767, 32767, 32767);
@@ -211,8 +208,6 @@ void TestColourWheel::difference_data()
     QTest::newRow("itself") << QColor(Qt::red) << QColor(Qt::red) << 0.0 << false;
     QTest::newRow("HSV against RGB") << QColor::fromHsv(0, 255, 255) << QColor(Qt::black) << 0.5 << false;
     QTest::newRow("missing and any") << QColor() << QColor(Qt::red) << 1.0 << false;
-    QTest::newRow("any and missing") << QColor(Qt::red) << QColor() << 1.0 << false;
-    QTest::newRow("both missing") << QColor() << QColor() << 1.0 << false;
     QTest::newRow("transparent white and opaque black") << QColor(255, 255, 255, 0) << QColor(Qt::black) << 1.0
                                                         << false;
     QTest::newRow("out of range is reported") << QColor::fromRgbF(3.0f, 0.0f, 0.0f) << QColor(Qt::black) << 1.5
