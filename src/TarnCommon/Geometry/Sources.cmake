@@ -3,3 +3,8 @@ tarncommon_add_files(
         KQGeometry.h KQImageDrawing.h
     PRIVATE
         KQGeometry.cpp KQImageDrawing.cpp)
+tarncommon_add_files(
+    PUBLIC
+        KQColourWheel.h
+    PRIVATE
+        KQColourWheel.cpp)

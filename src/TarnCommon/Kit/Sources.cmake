@@ -1,5 +1,5 @@
 tarncommon_add_files(
     PUBLIC
-        KQError.h KQURLRequest.h
+        KQError.h KQURLRequest.h KQMenuExtensions.h
     PRIVATE
-        KQError.cpp KQURLRequest.cpp)
+        KQError.cpp KQURLRequest.cpp KQMenuExtensions.cpp)
