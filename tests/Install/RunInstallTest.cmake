@@ -1,13 +1,7 @@
 # Runs as cmake -P: install into a prefix other than the configured one, then
 # build and run consumers against it: the CMake package as C++17 and as
 # C++20, and a plain compiler line fed by nothing but pkg-config.
-function(run)
-    execute_process(COMMAND ${ARGN} RESULT_VARIABLE result OUTPUT_VARIABLE out ERROR_VARIABLE err)
-    if(NOT result EQUAL 0)
-        message(FATAL_ERROR "Failed (${result}): ${ARGN}\n${out}\n${err}")
-    endif()
-    set(run_output "${out}" PARENT_SCOPE)
-endfunction()
+include("${CMAKE_CURRENT_LIST_DIR}/RunCommand.cmake")
 
 file(REMOVE_RECURSE "${WORK_DIR}")
 set(prefix "${WORK_DIR}/prefix")
