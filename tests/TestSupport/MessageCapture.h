@@ -1,11 +1,10 @@
 #pragma once
 
-#include <TarnCommon/KQLog.h>
+#include "KQMessageOutput_p.h"
 
 #include <QtCore/QByteArray>
 #include <QtCore/QtGlobal>
 
-#include <cstring>
 
 // Collects the library's messages (log lines and assertion reports) while it
 // lives, in the form they would be printed, in the order sent; other
@@ -35,11 +34,9 @@ private:
     static void handle(QtMsgType type, const QMessageLogContext &context, const QString &message)
     {
         MessageCapture *capture = s_current;
-        const char *category = context.category ? context.category : "";
-        if (capture && std::strcmp(category, TARNCOMMON_LOG().categoryName()) == 0)
-            capture->m_text += message.toUtf8() + '\n';
-        else if (capture && std::strcmp(category, TARNCOMMON_ASSERT_LOG().categoryName()) == 0)
-            capture->m_text += '\n' + message.toUtf8() + "\n\n";
+        const KQMessageOutput::Printed printed = KQMessageOutput::printedForm(context, message);
+        if (capture && printed.stream)
+            capture->m_text += printed.bytes;
         else if (capture && capture->m_previous)
             capture->m_previous(type, context, message);
     }

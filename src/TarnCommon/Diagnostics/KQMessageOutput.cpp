@@ -42,12 +42,9 @@ void tarnMessageHandler(QtMsgType type, const QMessageLogContext &context, const
 {
     static const bool patternRequested = qEnvironmentVariableIsSet("QT_MESSAGE_PATTERN");
     if (!patternRequested) {
-        if (isCategory(context, TARNCOMMON_LOG())) {
-            write(stdout, message.toUtf8() + '\n');
-            return;
-        }
-        if (isCategory(context, TARNCOMMON_ASSERT_LOG())) {
-            write(stderr, '\n' + message.toUtf8() + "\n\n");
+        const KQMessageOutput::Printed printed = KQMessageOutput::printedForm(context, message);
+        if (printed.stream) {
+            write(printed.stream, printed.bytes);
             return;
         }
     }
@@ -71,6 +68,15 @@ QByteArray utf8(const QString &text)
 } // namespace
 
 namespace KQMessageOutput {
+
+Printed printedForm(const QMessageLogContext &context, const QString &message)
+{
+    if (isCategory(context, TARNCOMMON_LOG()))
+        return {stdout, message.toUtf8() + '\n'};
+    if (isCategory(context, TARNCOMMON_ASSERT_LOG()))
+        return {stderr, '\n' + message.toUtf8() + "\n\n"};
+    return {};
+}
 
 void warning(const char *file, int64_t line, const char *function, const QString &text)
 {
