@@ -1,10 +1,13 @@
 #include <TarnCommon/KQCharacterSet.h>
 #include <TarnCommon/KQStringExtensions.h>
 
+#include "LiteralTextRules.h"
 #include "MessageCapture.h"
 
 #include <QtCore/QRandomGenerator>
 #include <QtTest/QtTest>
+
+using namespace LiteralTextRules;
 
 namespace {
 
@@ -15,41 +18,6 @@ const QChar LoneLow(char16_t(0xDE00));
 KQCharacterSet chars(const QString &s)
 {
     return KQCharacterSet::characterSetWithCharactersInString(s);
-}
-
-// The rule as it is stated: find the first member from the start, replace its
-// first unit, again and again. Gives up (nullopt) after maxSteps replacements.
-std::optional<QString> literalReplace(QString s, const KQCharacterSet &set, const QString &replacement, int maxSteps)
-{
-    for (int step = 0;; ++step) {
-        const KQCharacterRange found = set.rangeOfCharacterInString(s);
-        if (!found.isFound())
-            return s;
-        if (step == maxSteps)
-            return std::nullopt;
-        s.replace(found.location, 1, replacement);
-    }
-}
-
-QString literalRemove(QString s, const KQCharacterSet &set)
-{
-    KQCharacterRange found = set.rangeOfCharacterInString(s);
-    while (found.isFound()) {
-        s.remove(found.location, found.length);
-        found = set.rangeOfCharacterInString(s, found.location);
-    }
-    return s;
-}
-
-QString literalEscape(QString s, const KQCharacterSet &set, const QString &escape)
-{
-    for (qsizetype i = 0; i < s.size(); ++i) {
-        if (set.characterIsMember(s.at(i).unicode())) {
-            s.insert(i, escape);
-            i += escape.size();
-        }
-    }
-    return s;
 }
 
 QString randomText(QRandomGenerator &random, const QList<QString> &alphabet, int maxLength)
