@@ -9,8 +9,11 @@
 #include <QtCore/QString>
 #include <QtCore/QtGlobal>
 
+#include <cmath>
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
+#include <limits>
 
 namespace FuzzSupport {
 
@@ -69,6 +72,32 @@ inline QString text(FuzzedDataProvider &data, size_t maxUnits)
             s += QChar(data.ConsumeIntegral<char16_t>());
     }
     return s;
+}
+
+} // namespace FuzzSupport
+
+namespace FuzzSupport {
+
+// Any double: mostly small whole and half numbers (where edges meet), now
+// and then the extremes, infinities, not-a-number or any bit pattern.
+inline double anyDouble(FuzzedDataProvider &data)
+{
+    static const double specials[] = {0.0, -0.0, 1.0, -1.0, 0.5, 1e300, -1e300, 5e-324,
+                                      std::numeric_limits<double>::max(), std::numeric_limits<double>::infinity(),
+                                      -std::numeric_limits<double>::infinity(),
+                                      std::numeric_limits<double>::quiet_NaN()};
+    const uint8_t pick = data.ConsumeIntegral<uint8_t>();
+    if (pick < 160)
+        return double(data.ConsumeIntegralInRange<int>(-400, 400)) * 0.5;
+    if (pick < 224)
+        return specials[pick % (sizeof(specials) / sizeof(specials[0]))];
+    return data.ConsumeFloatingPoint<double>();
+}
+
+// Bits and all: not-a-number equals not-a-number, 0 differs from -0.
+inline bool same(double a, double b)
+{
+    return std::memcmp(&a, &b, sizeof a) == 0 || (std::isnan(a) && std::isnan(b));
 }
 
 } // namespace FuzzSupport
