@@ -68,7 +68,7 @@ Q_SIGNALS:
     void relayouted();
 
 protected:
-    /*! \reimp Queues relayoutNow() behind the window's own handling of a language change. */
+    /*! Queues relayoutNow() behind the window's own handling of a language change. */
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
