@@ -1,0 +1,468 @@
+#include <TarnCommon/Relayout_ZL.h>
+
+#include "KQRelayoutRules_p.h"
+
+#include <TarnCommon/KQAssert.h>
+#include <TarnCommon/KQLog.h>
+#include <TarnCommon/KQWindowDelegate.h>
+
+#include <QtCore/QMetaMethod>
+#include <QtWidgets/QAbstractScrollArea>
+#include <QtWidgets/QAbstractSlider>
+#include <QtWidgets/QAbstractSpinBox>
+#include <QtWidgets/QComboBox>
+#include <QtWidgets/QGroupBox>
+#include <QtWidgets/QLabel>
+#include <QtWidgets/QLayout>
+#include <QtWidgets/QLineEdit>
+#include <QtWidgets/QMainWindow>
+#include <QtWidgets/QProgressBar>
+#include <QtWidgets/QPushButton>
+#include <QtWidgets/QScrollBar>
+#include <QtWidgets/QSplitter>
+#include <QtWidgets/QStyle>
+#include <QtWidgets/QStyleOptionFrame>
+#include <QtWidgets/QTabWidget>
+
+#include <cmath>
+
+using namespace KQRelayout;
+
+namespace {
+
+double s_gap = DefaultGap;
+
+void linkFriends(std::vector<View> &level);
+
+const char *const MaskProperty = "autoresizingMask";
+const char *const TagProperty = "tag";
+
+bool isControl(const QWidget *w)
+{
+    return qobject_cast<const QAbstractButton *>(w) || qobject_cast<const QLabel *>(w)
+        || qobject_cast<const QComboBox *>(w) || qobject_cast<const QAbstractSpinBox *>(w)
+        || qobject_cast<const QLineEdit *>(w) || qobject_cast<const QAbstractSlider *>(w)
+        || qobject_cast<const QProgressBar *>(w);
+}
+
+bool isSeparator(const QWidget *w)
+{
+    const auto *frame = qobject_cast<const QFrame *>(w);
+    return frame && (frame->frameShape() == QFrame::HLine || frame->frameShape() == QFrame::VLine);
+}
+
+bool isScrollMachinery(const QWidget *w)
+{
+    if (qobject_cast<const QScrollBar *>(w) || qobject_cast<const QSplitter *>(w)
+        || qobject_cast<const QSplitterHandle *>(w))
+        return true;
+    const auto *area = w->parentWidget() ? qobject_cast<const QAbstractScrollArea *>(w->parentWidget()) : nullptr;
+    return area && area->viewport() == w;
+}
+
+// Widgets Qt sizes itself, or whose inside belongs to them: relayout never enters them.
+bool isClosed(const QWidget *w)
+{
+    return isControl(w) || qobject_cast<const QAbstractScrollArea *>(w) || qobject_cast<const QTabWidget *>(w)
+        || qobject_cast<const QSplitter *>(w);
+}
+
+bool isIsland(const QWidget *w)
+{
+    return w->layout() != nullptr && !qobject_cast<const QMainWindow *>(w);
+}
+
+// A window's content view: the window itself, or a main window's central widget.
+bool isContentView(const QWidget *w)
+{
+    if (w->isWindow())
+        return !qobject_cast<const QMainWindow *>(w);
+    const auto *main = qobject_cast<const QMainWindow *>(w->parentWidget());
+    return main && main->isWindow() && main->centralWidget() == w;
+}
+
+QWidget *contentRoot(QWidget *w)
+{
+    if (auto *main = qobject_cast<QMainWindow *>(w))
+        return main->centralWidget();
+    return w;
+}
+
+QList<QWidget *> subviews(const QWidget *w)
+{
+    QList<QWidget *> list;
+    for (QObject *child : w->children()) {
+        if (child->isWidgetType() && !static_cast<QWidget *>(child)->isWindow())
+            list.append(static_cast<QWidget *>(child));
+    }
+    return list;
+}
+
+QString describe(const QWidget *w)
+{
+    QString name = w->objectName();
+    if (name.isEmpty())
+        name = QString::fromLatin1(w->metaObject()->className());
+    if (w->isWindow() && !w->windowTitle().isEmpty())
+        name += QStringLiteral(" \"%1\"").arg(w->windowTitle());
+    return name;
+}
+
+// A QLineEdit's size hint ignores its text; its natural width is the text's
+// advance (or the placeholder's) plus the frame and margins it draws.
+double lineEditWidth(const QLineEdit *edit)
+{
+    const QString text = edit->text().isEmpty() ? edit->placeholderText() : edit->displayText();
+    const QMargins margins = edit->textMargins();
+    const int horizontalMargin = 2; // QLineEdit's fixed inner margin on each side
+    const int cursor = 1;
+    const int inner = edit->fontMetrics().horizontalAdvance(text) + margins.left() + margins.right()
+        + 2 * horizontalMargin + cursor;
+    QStyleOptionFrame option;
+    option.initFrom(edit);
+    option.lineWidth = edit->hasFrame() ? edit->style()->pixelMetric(QStyle::PM_DefaultFrameWidth, &option, edit) : 0;
+    option.midLineWidth = 0;
+    option.state |= QStyle::State_Sunken;
+    const QSize size = edit->style()->sizeFromContents(QStyle::CT_LineEdit, &option,
+                                                       QSize(inner, edit->fontMetrics().height()), edit);
+    return size.width();
+}
+
+// A friend given by the delegate counts only while it is a live sibling; the
+// comparison is by address against the parent's children, so a deleted one
+// is never touched.
+QList<QWidget *> checkedFriends(const QWidget *view, const QList<QObject *> &answer)
+{
+    QList<QWidget *> friends;
+    const QWidget *parent = view->parentWidget();
+    const QObjectList siblings = parent ? parent->children() : QObjectList();
+    for (QObject *candidate : answer) {
+        if (!candidate || !siblings.contains(candidate) || !candidate->isWidgetType()) {
+            ZLLogWarning("Relayout: an aligned friend of %s is not one of its siblings (deleted, null or of "
+                         "another parent) and is ignored",
+                         qPrintable(describe(view)));
+            continue;
+        }
+        friends.append(static_cast<QWidget *>(candidate));
+    }
+    return friends;
+}
+
+View snapshot(QWidget *w, bool enter)
+{
+    View view;
+    view.owner = w;
+    view.frame = Frame{double(w->x()), double(w->y()), double(w->width()), double(w->height())};
+    view.mask = f_autoresizingMask(w);
+    view.participates = f_shouldResolveCollision(w);
+    view.optOutTag = f_tag(w) == OptOutTag;
+    view.contentView = isContentView(w);
+    if (isControl(w)) {
+        view.kind = Kind::Control;
+        const auto *edit = qobject_cast<const QLineEdit *>(w);
+        view.naturalWidth = edit ? lineEditWidth(edit) : w->sizeHint().width();
+    } else if (isIsland(w)) {
+        view.kind = Kind::Island;
+    } else if (qobject_cast<const QGroupBox *>(w)) {
+        view.kind = Kind::Box;
+    }
+    if (enter && view.kind != Kind::Island && !isClosed(w)) {
+        const QList<QWidget *> children = subviews(w);
+        view.children.reserve(children.size());
+        for (QWidget *child : children)
+            view.children.push_back(snapshot(child, true));
+        linkFriends(view.children);
+    }
+    return view;
+}
+
+void applyFrame(QWidget *w, const Frame &frame)
+{
+    const QRect wanted(qRound(frame.x), qRound(frame.y), qRound(frame.width), qRound(frame.height));
+    if (w->geometry() == wanted)
+        return;
+    w->setGeometry(wanted);
+    w->update();
+    if (QWidget *parent = w->parentWidget())
+        parent->update();
+}
+
+// The content size of a content view: the window is resized so that the view gets it.
+void applyContentSize(QWidget *content, const Frame &frame)
+{
+    const QSize wanted(qRound(frame.width), qRound(frame.height));
+    if (content->size() == wanted)
+        return;
+    QWidget *window = content->window();
+    if (window == content) {
+        window->resize(wanted);
+    } else {
+        window->resize(window->size() + (wanted - content->size()));
+        content->resize(wanted); // the main window's layout confirms it when it next runs
+    }
+}
+
+void writeBack(const View &view, bool isRoot)
+{
+    auto *w = static_cast<QWidget *>(view.owner);
+    if (view.contentView && isRoot)
+        applyContentSize(w, view.frame);
+    else if (!w->isWindow())
+        applyFrame(w, view.frame);
+    for (const View &child : view.children)
+        writeBack(child, false);
+}
+
+Settings currentSettings()
+{
+    Settings settings;
+    settings.gap = s_gap;
+    return settings;
+}
+
+// The level \a w sits in: its siblings as they are (not entered), itself
+// entered when \a enter; a window stands alone.
+std::vector<View> levelOf(QWidget *w, std::size_t *index, bool enter)
+{
+    std::vector<View> level;
+    QWidget *parent = w->isWindow() ? nullptr : w->parentWidget();
+    const QList<QWidget *> siblings = parent ? subviews(parent) : QList<QWidget *>{w};
+    level.reserve(siblings.size());
+    for (QWidget *sibling : siblings) {
+        if (sibling == w)
+            *index = level.size();
+        level.push_back(snapshot(sibling, enter && sibling == w));
+    }
+    linkFriends(level);
+    return level;
+}
+
+bool invokeDelegate(QObject *delegate, const QMetaMethod &method, const QWidget *view, void *answer)
+{
+    if (method.parameterCount() != 1)
+        return false;
+    const QMetaType parameter = method.parameterMetaType(0);
+    QWidget *argument = const_cast<QWidget *>(view);
+    QObject *asObject = argument;
+    if (parameter == QMetaType::fromType<QWidget *>())
+        return method.invoke(delegate, Qt::DirectConnection, QGenericReturnArgument(method.typeName(), answer),
+                             Q_ARG(QWidget *, argument));
+    if (parameter == QMetaType::fromType<QObject *>())
+        return method.invoke(delegate, Qt::DirectConnection, QGenericReturnArgument(method.typeName(), answer),
+                             Q_ARG(QObject *, asObject));
+    return false;
+}
+
+QMetaMethod delegateHook(const QWidget *view, const char *name, QObject **delegate)
+{
+    *delegate = kq_windowDelegate(view);
+    const int index = kq_indexOfMethodNamed(*delegate, name);
+    return index < 0 ? QMetaMethod() : (*delegate)->metaObject()->method(index);
+}
+
+// Friends as indices into the level; the rules know only their siblings.
+void linkFriends(std::vector<View> &level)
+{
+    for (View &view : level) {
+        view.friends.clear();
+        const QList<QWidget *> friends = f_alignedFriends(static_cast<QWidget *>(view.owner));
+        for (QWidget *f : friends) {
+            for (std::size_t i = 0; i < level.size(); ++i) {
+                if (level[i].owner == f) {
+                    view.friends.push_back(i);
+                    break;
+                }
+            }
+        }
+    }
+}
+
+} // namespace
+
+void f_relayout(QWidget *view)
+{
+    KQAssert(view != nullptr);
+    QWidget *root = contentRoot(view);
+    if (!root)
+        return; // a main window without a central widget has nothing to relayout
+    std::size_t index = 0;
+    std::vector<View> level = levelOf(root, &index, true);
+    Outcome outcome;
+    relayout(level, index, currentSettings(), outcome);
+    if (!outcome.unsettled.empty()) {
+        const auto *parent = static_cast<const QWidget *>(outcome.unsettled.front()->owner);
+        ZLLogWarning("Relayout of %s stopped: the views in %s keep pushing each other and never settle; "
+                     "their frames are left as they are",
+                     qPrintable(describe(root->window())), qPrintable(describe(parent)));
+    }
+    for (const View *emptied : outcome.emptied) {
+        ZLLogWarning("Relayout of %s narrowed %s to nothing: it stretches but has no room left",
+                     qPrintable(describe(root->window())),
+                     qPrintable(describe(static_cast<const QWidget *>(emptied->owner))));
+    }
+    for (const View &v : level)
+        writeBack(v, &v == &level[index]);
+}
+
+QSizeF f_minFrameSize(const QWidget *view)
+{
+    KQAssert(view != nullptr, QSizeF());
+    Frame bounds;
+    for (QWidget *child : subviews(view)) {
+        bounds = unite(bounds, Frame{double(child->x()), double(child->y()), double(child->width()),
+                                     double(child->height())});
+    }
+    const double margin = isContentView(view) ? 0.0 : ContentMargin;
+    return QSizeF(bounds.maxX() + margin, bounds.maxY() + margin);
+}
+
+void f_expandToFitContent(QWidget *view)
+{
+    KQAssert(view != nullptr);
+    std::size_t index = 0;
+    std::vector<View> level = levelOf(view, &index, false);
+    View &own = level[index];
+    // The box and content-view rules look one level down, at the frames as they are.
+    for (QWidget *child : subviews(view)) {
+        View childView;
+        childView.owner = child;
+        childView.frame = Frame{double(child->x()), double(child->y()), double(child->width()), double(child->height())};
+        own.children.push_back(childView);
+    }
+    if (own.kind == Kind::Island)
+        own.children.clear();
+    expandToFitContent(level, index, currentSettings());
+    for (const View &v : level) {
+        auto *w = static_cast<QWidget *>(v.owner);
+        if (&v == &own && v.contentView)
+            applyContentSize(w, v.frame);
+        else if (!w->isWindow())
+            applyFrame(w, v.frame);
+    }
+}
+
+bool f_shouldResolveCollision(const QWidget *view)
+{
+    KQAssert(view != nullptr, false);
+    if (f_tag(view) == OptOutTag || isSeparator(view) || isScrollMachinery(view))
+        return false;
+    if (const auto *box = qobject_cast<const QGroupBox *>(view);
+        box && box->title() == QLatin1String(KQNoRelayoutTitle))
+        return false;
+    QObject *delegate = nullptr;
+    const QMetaMethod hook = delegateHook(view, "f_shouldRelayoutObject", &delegate);
+    if (!hook.isValid())
+        return true;
+    // Any one-byte answer is a yes/no (bool, char); nothing wider can be.
+    unsigned char answer = 1;
+    if (hook.returnMetaType().sizeOf() != 1 || !invokeDelegate(delegate, hook, view, &answer)) {
+        ZLLogWarning("Relayout: the window delegate's f_shouldRelayoutObject must take a QWidget* and answer a "
+                     "bool; it is ignored");
+        return true;
+    }
+    return answer != 0;
+}
+
+QList<QWidget *> f_alignedFriends(const QWidget *view)
+{
+    KQAssert(view != nullptr, {});
+    QObject *delegate = nullptr;
+    const QMetaMethod hook = delegateHook(view, "f_alignedFriendsOfView", &delegate);
+    if (!hook.isValid())
+        return {};
+    const QMetaType type = hook.returnMetaType();
+    QList<QObject *> answer;
+    bool understood = false;
+    if (type == QMetaType::fromType<QList<QWidget *>>()) {
+        QList<QWidget *> widgets;
+        understood = invokeDelegate(delegate, hook, view, &widgets);
+        for (QWidget *w : widgets)
+            answer.append(w); // a pointer conversion only, never a dereference
+    } else if (type == QMetaType::fromType<QList<QObject *>>()) {
+        understood = invokeDelegate(delegate, hook, view, &answer);
+    } else if (type == QMetaType::fromType<QVariantList>()) {
+        QVariantList values;
+        understood = invokeDelegate(delegate, hook, view, &values);
+        for (const QVariant &value : values) {
+            if (value.metaType() == QMetaType::fromType<QWidget *>())
+                answer.append(*static_cast<QWidget *const *>(value.constData()));
+            else if (value.metaType() == QMetaType::fromType<QObject *>())
+                answer.append(*static_cast<QObject *const *>(value.constData()));
+            else
+                answer.append(nullptr);
+        }
+    }
+    if (!understood) {
+        ZLLogWarning("Relayout: the window delegate's f_alignedFriendsOfView must take a QWidget* and answer a "
+                     "QList<QWidget*>; it is ignored");
+        return {};
+    }
+    return checkedFriends(view, answer);
+}
+
+bool f_resolveCollisionWith(QWidget *view, QWidget *other)
+{
+    KQAssert(view != nullptr, false);
+    KQAssert(other != nullptr, false);
+    KQAssert(view != other, false);
+    KQAssert(!view->isWindow() && !other->isWindow() && view->parentWidget() == other->parentWidget(), false);
+    std::size_t a = 0, b = 0;
+    std::vector<View> level = levelOf(view, &a, false);
+    for (std::size_t i = 0; i < level.size(); ++i) {
+        if (level[i].owner == other)
+            b = i;
+    }
+    Outcome outcome;
+    if (!resolveCollision(level, a, b, currentSettings(), &outcome))
+        return false;
+    for (const View &v : level)
+        applyFrame(static_cast<QWidget *>(v.owner), v.frame);
+    return true;
+}
+
+int f_autoresizingMask(const QWidget *view)
+{
+    if (!view)
+        return DefaultMask;
+    bool ok = false;
+    const int mask = view->property(MaskProperty).toInt(&ok);
+    return ok ? mask : DefaultMask;
+}
+
+void f_setAutoresizingMask(QWidget *view, int mask)
+{
+    if (view)
+        view->setProperty(MaskProperty, mask);
+}
+
+int f_tag(const QWidget *view)
+{
+    return view ? view->property(TagProperty).toInt() : 0;
+}
+
+void f_setTag(QWidget *view, int tag)
+{
+    if (view)
+        view->setProperty(TagProperty, tag);
+}
+
+bool HasLeftStrut_ZL(const QWidget *view)
+{
+    return view && hasLeftStrut(f_autoresizingMask(view));
+}
+
+bool HasRightStrut_ZL(const QWidget *view)
+{
+    return view && hasRightStrut(f_autoresizingMask(view));
+}
+
+bool ExpandsHorizontally_ZL(const QWidget *view)
+{
+    return view && expandsHorizontally(f_autoresizingMask(view));
+}
+
+void RelayoutSetGapSize_ZL(double gap)
+{
+    KQAssert(std::isfinite(gap) && gap >= 0);
+    s_gap = gap;
+}
