@@ -134,7 +134,9 @@ private:
                 double peer = time(pair.peer, args);
                 if (peer >= 0 && !pair.peerBaseline.empty()) {
                     const double baseline = time(pair.peerBaseline, args);
-                    peer = baseline >= 0 ? std::max(peer - baseline, 0.0) : -1;
+                    // A difference within a twentieth of the baseline is the
+                    // run's noise, not a cost: no ratio rather than a wild one.
+                    peer = baseline >= 0 && peer - baseline > baseline / 20 ? peer - baseline : -1;
                 }
                 std::string ratio = "-";
                 if (ours >= 0 && peer > 0) {
