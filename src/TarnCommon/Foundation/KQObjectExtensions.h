@@ -56,7 +56,7 @@ using KQListBlock = std::function<Result(const QVariant &element, qsizetype inde
 /*!
     The results of \a block for each element of \a list, in order, as many as
     the elements visited. An invalid result is reported (the block must give
-    a value) and replaced by the null object, \c{QVariant::fromValue(nullptr)},
+    a value) and replaced by the null object, <tt>QVariant::fromValue(nullptr)</tt>,
     so the result keeps its length. A block that sets the stop flag ends the
     walk; the result holds what was collected so far.
 */

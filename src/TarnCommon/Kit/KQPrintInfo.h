@@ -130,7 +130,7 @@ TARNCOMMON_EXPORT void kq_isolate(QPainter *painter, const std::function<void()>
     ("picHandle"); no legacy picture decoder exists here, so every other
     handle is reported as undecodable ("imageRep"). Either way the image is null.
 */
-TARNCOMMON_EXPORT QImage kq_imageFromPicHandle(char **picHandle);
+TARNCOMMON_EXTERN_C TARNCOMMON_EXPORT QImage kq_imageFromPicHandle(char **picHandle);
 
 /*!
     An image from \a mimeData: its image data when it has some (a Qt image
