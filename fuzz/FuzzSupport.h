@@ -101,3 +101,11 @@ inline bool same(double a, double b)
 }
 
 } // namespace FuzzSupport
+
+// The start-up of a target that needs nothing but the quiet handler.
+#define TARN_FUZZ_QUIET_INITIALIZE()                                                                      \
+    extern "C" int LLVMFuzzerInitialize(int *, char ***)                                                  \
+    {                                                                                                     \
+        FuzzSupport::installQuietHandler();                                                               \
+        return 0;                                                                                         \
+    }

@@ -96,11 +96,7 @@ void formEncode(FuzzedDataProvider &data)
 
 } // namespace
 
-extern "C" int LLVMFuzzerInitialize(int *, char ***)
-{
-    installQuietHandler();
-    return 0;
-}
+TARN_FUZZ_QUIET_INITIALIZE()
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *bytes, size_t size)
 {

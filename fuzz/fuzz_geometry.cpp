@@ -38,11 +38,7 @@ bool near(double a, double b, double scale)
 
 } // namespace
 
-extern "C" int LLVMFuzzerInitialize(int *, char ***)
-{
-    installQuietHandler();
-    return 0;
-}
+TARN_FUZZ_QUIET_INITIALIZE()
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *bytes, size_t size)
 {
