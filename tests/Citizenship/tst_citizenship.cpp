@@ -160,7 +160,7 @@ void tst_Citizenship::layoutsGiveTheHintedSize_data()
         return list;
     };
 
-    for (const QString container : {QStringLiteral("vbox"), QStringLiteral("grid"), QStringLiteral("splitter")}) {
+    for (const QString &container : {QStringLiteral("vbox"), QStringLiteral("grid"), QStringLiteral("splitter")}) {
         QTest::addRow("%s tab view", qPrintable(container)) << container << tabView << QSize(200, 127);
         QTest::addRow("%s tab view, cells wider than panes", qPrintable(container)) << container << manyTabs
                                                                                     << QSize(320, 77);
