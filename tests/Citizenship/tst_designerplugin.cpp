@@ -106,7 +106,8 @@ void tst_DesignerPlugin::pluginOffersTheWidgets()
 void tst_DesignerPlugin::formLoadsThroughQUiLoader()
 {
     QUiLoader loader;
-    loader.setPluginPaths({QStringLiteral(DESIGNER_PLUGIN_DIR)});
+    loader.clearPluginPaths();
+    loader.addPluginPath(QStringLiteral(DESIGNER_PLUGIN_DIR));
     const QStringList available = loader.availableWidgets();
     for (const char *name : {"KQTabView", "KQCollapsibleView", "KQCollapsibleListView"})
         QVERIFY2(available.contains(QLatin1String(name)), name);
