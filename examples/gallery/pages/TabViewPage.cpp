@@ -184,7 +184,6 @@ QWidget *createTabViewPage()
     tabView->setDelegate(new SelectionReporter(status, tabView));
     tabView->installEventFilter(new ToolTipShower(tabView));
     tabView->setTabs(tabs);
-    tabView->setMinimumSize(360, 180);
     layout->addWidget(tabView, 1);
     layout->addWidget(status);
 

@@ -53,6 +53,7 @@ public:
     void limitsChanged();
     void setLayoutBlocked(bool blocked, const QObject *view);
     void forgetView(QObject *view);
+    int widestView(bool minimum) const;
 
     KQCollapsibleListView *const q;
     QList<KQCollapsibleView *> collapsableViews;
@@ -305,22 +306,33 @@ bool KQCollapsibleListView::isLayoutBlocked() const
     return d->layoutBlocked;
 }
 
+int KQCollapsibleListViewPrivate::widestView(bool minimum) const
+{
+    // The views stand at full width: the list is as wide as the widest asks.
+    int widest = 0;
+    for (const KQCollapsibleView *view : collapsableViews) {
+        if (!kq_isExplicitlyHidden(view))
+            widest = std::max(widest, minimum ? view->minimumSizeHint().width() : view->sizeHint().width());
+    }
+    return widest;
+}
+
 QSize KQCollapsibleListView::sizeHint() const
 {
     const KQHeightLimits limits = listHeightLimits(stackItems(d->collapsableViews));
     if (limits.maxHeight < double(QWIDGETSIZE_MAX))
-        return QSize(width(), widgetHeight(limits.maxHeight));
+        return QSize(d->widestView(false), widgetHeight(limits.maxHeight));
     double height = 0.0;
     for (const KQCollapsibleView *view : d->collapsableViews) {
         if (!kq_isExplicitlyHidden(view))
             height += view->height();
     }
-    return QSize(width(), widgetHeight(std::max(height, limits.minHeight)));
+    return QSize(d->widestView(false), widgetHeight(std::max(height, limits.minHeight)));
 }
 
 QSize KQCollapsibleListView::minimumSizeHint() const
 {
-    return QSize(0, widgetHeight(listHeightLimits(stackItems(d->collapsableViews)).minHeight));
+    return QSize(d->widestView(true), widgetHeight(listHeightLimits(stackItems(d->collapsableViews)).minHeight));
 }
 
 void KQCollapsibleListView::collapsableViewWillAnimateFromHeight(KQCollapsibleView *view, double fromHeight,

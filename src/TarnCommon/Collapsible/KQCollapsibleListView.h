@@ -171,11 +171,12 @@ public:
         (see layoutBlockedChanged()) is the moment to size the list anew
         after a collapse. */
     bool isLayoutBlocked() const;
-    /*! The list's width, and the sum of its visible views' maxima while that
-        is below QWIDGETSIZE_MAX, otherwise the sum of their heights (at least
-        the sum of their minima). */
+    /*! The widest size hint of its visible views, and the sum of their
+        maxima while that is below QWIDGETSIZE_MAX, otherwise the sum of their
+        heights (at least the sum of their minima). */
     QSize sizeHint() const override;
-    /*! No width, and the sum of the visible views' minima. */
+    /*! The widest minimum size hint of the visible views, and the sum of
+        their minima. */
     QSize minimumSizeHint() const override;
 
     /*!

@@ -7,6 +7,7 @@
 
 #include <TarnCommon/KQAssert.h>
 
+#include <QtCore/QCoreApplication>
 #include <QtCore/QPointer>
 #include <QtGui/QPainter>
 #include <QtWidgets/QToolButton>
@@ -31,6 +32,12 @@ public:
     }
 
     QString text() const { return m_text; }
+    void setText(const QString &text)
+    {
+        m_text = text;
+        updateGeometry();
+        update();
+    }
 
     QSize sizeHint() const override
     {
@@ -41,7 +48,8 @@ protected:
     void paintEvent(QPaintEvent *) override
     {
         QPainter painter(this);
-        painter.setPen(palette().color(QPalette::WindowText));
+        // The header is drawn in the button face: its text colour goes with it.
+        painter.setPen(palette().color(QPalette::ButtonText));
         const QString shown = fontMetrics().elidedText(m_text, Qt::ElideRight, width());
         painter.drawText(rect(), int(Qt::AlignVCenter | Qt::AlignLeft | Qt::TextSingleLine), shown);
     }
@@ -66,6 +74,8 @@ public:
     QToolButton *makeCollapseButton();
     KQTitleField *makeTitleField(const QString &title);
     void animationDidEnd(KQViewAnimation *animation);
+    void updateSizePolicy();
+    void describeButton();
 
     KQCollapsibleView *const q;
     bool collapsed = false;
@@ -100,7 +110,14 @@ KQCollapsibleView::KQCollapsibleView(const QString &title, QWidget *contentView,
         d->titleField = d->makeTitleField(title);
         d->collapseButton->setAccessibleName(title);
     }
+    d->updateSizePolicy();
+    d->describeButton();
     layoutSubviews();
+}
+
+KQCollapsibleView::KQCollapsibleView(QWidget *parent)
+    : KQCollapsibleView(QString(QLatin1String("")), nullptr, true, false, parent)
+{
 }
 
 KQCollapsibleView::KQCollapsibleView(const QRect &frame, QWidget *parent)
@@ -136,6 +153,19 @@ QString KQCollapsibleView::title() const
     return d->titleField ? d->titleField->text() : QString();
 }
 
+void KQCollapsibleView::setTitle(const QString &title)
+{
+    KQAssert(d->titleField != nullptr);
+    const QString text = title.isNull() ? QString(QLatin1String("")) : title;
+    if (text == d->titleField->text())
+        return;
+    d->titleField->setText(text);
+    if (d->collapseButton)
+        d->collapseButton->setAccessibleName(text);
+    updateGeometry();
+    Q_EMIT titleChanged(text);
+}
+
 QWidget *KQCollapsibleView::contentView() const
 {
     return d->contentView;
@@ -156,6 +186,7 @@ void KQCollapsibleView::setIsHeightResizable(bool resizable)
     if (resizable == d->heightResizable)
         return;
     d->heightResizable = resizable;
+    d->updateSizePolicy();
     layoutSubviews();
     Q_EMIT isHeightResizableChanged(resizable);
 }
@@ -265,6 +296,8 @@ void KQCollapsibleView::setCollapsed(bool collapsed, bool animate)
     if (size() != d->laidOutSize && !d->animating)
         layoutSubviews();
     d->collapsed = collapsed;
+    d->updateSizePolicy();
+    d->describeButton();
     Q_EMIT isCollapsedChanged(collapsed);
 
     double target = HeaderHeight;
@@ -298,6 +331,8 @@ void KQCollapsibleView::setHeight(double height, bool animate)
     d->animation = animation;
     connect(animation, &QAbstractAnimation::finished, this, [this, animation] { d->animationDidEnd(animation); });
     d->animating = true;
+    // A layout holding the view follows the height as it animates.
+    connect(animation, &QVariantAnimation::valueChanged, this, [this] { updateGeometry(); });
     animation->start(QAbstractAnimation::DeleteWhenStopped);
 }
 
@@ -311,6 +346,7 @@ void KQCollapsibleViewPrivate::animationDidEnd(KQViewAnimation *ended)
     if (collapseButton)
         collapseButton->setChecked(!collapsed);
     q->layoutSubviews();
+    q->updateGeometry();
     q->update(); // the line under the header goes with the end of a collapse
     // Last: the delegate may destroy this view.
     if (KQCollapsibleViewDelegate *listener = delegate.get())
@@ -322,9 +358,59 @@ QVariantAnimation *KQCollapsibleView::currentAnimation() const
     return d->animation;
 }
 
+void KQCollapsibleViewPrivate::updateSizePolicy()
+{
+    // An expanded resizable view takes the spare height; any other view is
+    // exactly as high as its header and content.
+    const QSizePolicy::Policy vertical =
+        heightResizable && !collapsed ? QSizePolicy::Expanding : QSizePolicy::Fixed;
+    if (q->sizePolicy().verticalPolicy() == vertical)
+        return;
+    QSizePolicy policy = q->sizePolicy();
+    policy.setVerticalPolicy(vertical);
+    q->setSizePolicy(policy);
+}
+
+void KQCollapsibleViewPrivate::describeButton()
+{
+    if (!collapseButton)
+        return;
+    collapseButton->setAccessibleDescription(
+        collapsed ? QCoreApplication::translate("TarnCommon", "Collapsed; press to show the section")
+                  : QCoreApplication::translate("TarnCommon", "Expanded; press to hide the section"));
+}
+
 QSize KQCollapsibleView::sizeHint() const
 {
-    return size();
+    const int header = d->titleField ? int(HeaderHeight) : 0;
+    int width = 0;
+    if (d->titleField) {
+        const bool buttonShown = d->collapseButton && !kq_isExplicitlyHidden(d->collapseButton);
+        width = (buttonShown ? int(HeaderHeight) : 3) + d->titleField->sizeHint().width();
+    }
+    int contentHeight = 0;
+    if (d->contentView) {
+        const QSize hint = d->contentView->sizeHint();
+        width = std::max(width, hint.isValid() ? hint.width() : d->contentView->width());
+        // A fixed content keeps its own height; a resizable one asks for its hint.
+        contentHeight = d->heightResizable && hint.isValid() ? hint.height() : d->contentView->height();
+    }
+    // While animating, the height the animation has reached.
+    if (d->animating)
+        return QSize(width, height());
+    return QSize(width, header + (d->collapsed ? 0 : contentHeight));
+}
+
+QSize KQCollapsibleView::minimumSizeHint() const
+{
+    int width = d->titleField ? int(HeaderHeight) + 3 : 0;
+    if (d->contentView) {
+        const QSize hint = d->contentView->minimumSizeHint();
+        if (hint.isValid())
+            width = std::max(width, hint.width());
+    }
+    const bool shrinks = d->heightResizable && !d->collapsed && !d->animating;
+    return QSize(width, shrinks ? int(HeaderHeight) : sizeHint().height());
 }
 
 void KQCollapsibleView::paintEvent(QPaintEvent *)
@@ -346,4 +432,11 @@ void KQCollapsibleView::paintEvent(QPaintEvent *)
 void KQCollapsibleView::resizeEvent(QResizeEvent *)
 {
     layoutSubviews();
+}
+
+void KQCollapsibleView::changeEvent(QEvent *event)
+{
+    QWidget::changeEvent(event);
+    if (event->type() == QEvent::LanguageChange)
+        d->describeButton();
 }

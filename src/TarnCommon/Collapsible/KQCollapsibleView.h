@@ -65,8 +65,9 @@ public:
 class TARNCOMMON_EXPORT KQCollapsibleView : public QWidget
 {
     Q_OBJECT
-    /*! The header's title; null for a view without header. Fixed at construction. */
-    Q_PROPERTY(QString title READ title CONSTANT)
+    /*! The header's title; null for a view without header. A view made
+        without header cannot be given one (see setTitle()). */
+    Q_PROPERTY(QString title READ title WRITE setTitle NOTIFY titleChanged)
     /*! Whether the content follows the view's height while expanded (the
         view may then shrink to its header and grow without end). */
     Q_PROPERTY(bool isHeightResizable READ isHeightResizable WRITE setIsHeightResizable NOTIFY isHeightResizableChanged)
@@ -103,6 +104,12 @@ public:
     KQCollapsibleView(const QString &title, QWidget *contentView, bool collapsable, bool heightResizable,
                       QWidget *parent = nullptr);
     /*!
+        A collapsible view with an empty title and no content, not
+        height-resizable: the form Qt Designer and uic make, to be given its
+        title with setTitle() (the "title" property of a form).
+    */
+    explicit KQCollapsibleView(QWidget *parent = nullptr);
+    /*!
         Not a valid way to make the view: reports "Invalid initializer method
         called" and leaves an empty view of geometry \a frame without header
         or content.
@@ -121,6 +128,11 @@ public:
 
     /*! The header's title, or a null string for a view without header. */
     QString title() const;
+    /*! Shows \a title in the header (a null string is taken as empty) and
+        names the disclosure button after it; emits titleChanged() when it
+        changes. A view made without header has no place for a title: the
+        call is refused with an assertion report. */
+    void setTitle(const QString &title);
     /*! The content widget, or nullptr when there is none or it was destroyed. */
     QWidget *contentView() const;
     /*! Whether the view may collapse, as given at construction. */
@@ -192,8 +204,18 @@ public:
         deleted when it stops; lets callers drive or observe it. */
     QVariantAnimation *currentAnimation() const;
 
-    /*! The view's current size: layouts keep the size the view was given. */
+    /*! The width of the header's button and title or of the content's size
+        hint, whichever is wider; the height of the header plus, unless
+        collapsed, the content's height (its size hint's height when the view
+        is height-resizable). While animating, the height reached so far, so
+        a layout holding the view follows the animation. The vertical size
+        policy is QSizePolicy::Expanding for an expanded resizable view and
+        QSizePolicy::Fixed otherwise. */
     QSize sizeHint() const override;
+    /*! The button's width (the title elides) or the content's minimum width;
+        the header's height for an expanded resizable view, otherwise the
+        height of sizeHint(). */
+    QSize minimumSizeHint() const override;
 
 public Q_SLOTS:
     /*! Collapses an expanded view or expands a collapsed one, animated: the
@@ -201,6 +223,8 @@ public Q_SLOTS:
     void toggleCollapsed();
 
 Q_SIGNALS:
+    /*! Emitted when the title changes, with the new one. */
+    void titleChanged(const QString &title);
     /*! Emitted when isHeightResizable changes, with the new value. */
     void isHeightResizableChanged(bool resizable);
     /*! Emitted when drawTopLine changes, with the new value. */
@@ -215,6 +239,8 @@ protected:
     void paintEvent(QPaintEvent *event) override;
     /*! Lays the view out for its new size. */
     void resizeEvent(QResizeEvent *event) override;
+    /*! Describes the button in the application's new language. */
+    void changeEvent(QEvent *event) override;
 
 private:
     friend class KQCollapsibleViewPrivate;

@@ -12,6 +12,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <functional>
 #include <limits>
 
 QIcon kq_documentIconOfWindow(const QWidget *window)
@@ -44,6 +45,28 @@ void applyTextContainerInset(QTextDocument *document)
     inset.setRightMargin(0);
     document->rootFrame()->setFrameFormat(inset);
 }
+
+// Calls back when the application's language changes, so the text is shown
+// in the new one.
+class LanguageChangeWatcher : public QObject
+{
+public:
+    LanguageChangeWatcher(std::function<void()> changed, QObject *parent)
+        : QObject(parent)
+        , m_changed(std::move(changed))
+    {
+    }
+
+    bool eventFilter(QObject *, QEvent *event) override
+    {
+        if (event->type() == QEvent::LanguageChange)
+            m_changed();
+        return false;
+    }
+
+private:
+    std::function<void()> m_changed;
+};
 
 } // namespace
 
@@ -178,6 +201,12 @@ void KQEmptyInspectorMode::loadView()
         textView->setFocusPolicy(Qt::NoFocus);
         textView->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
         textView->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+        textView->installEventFilter(new LanguageChangeWatcher(
+            [this] {
+                d->lastWindowTitle.clear();
+                update();
+            },
+            textView));
         d->textView = textView;
     }
     setView(d->textView.data());

@@ -1,7 +1,7 @@
 tarncommon_add_files(
     PUBLIC
         KQRectRules.h KQScreenSpace.h KQWindowDelegate.h KQSettings.h
-        KQAfterEvent.h KQApplication.h
+        KQAfterEvent.h KQApplication.h KQTranslations.h
     PRIVATE
         KQScreenSpace.cpp KQWindowDelegate.cpp KQSettings.cpp
-        KQAfterEvent.cpp KQApplication.cpp)
+        KQAfterEvent.cpp KQApplication.cpp KQTranslations.cpp)

@@ -3,6 +3,9 @@
 #include <TarnCommon/KQRectRules.h>
 #include <TarnCommon/KQTab.h>
 
+#include <QtGui/QPalette>
+
+#include <algorithm>
 #include <cmath>
 
 namespace KQTabBar {
@@ -70,6 +73,43 @@ QRectF accessibilityButtonFrame(const QRectF &windowFrame, const QRectF &bounds,
                      + double(index) * kCellWidth;
     const double y = windowFrame.y() + (bounds.height() - kBarHeight) + 20.0 - (bounds.y() + kBarHeight);
     return QRectF(x, y, kCellWidth, kAccessibilityButtonHeight);
+}
+
+double minimumBarWidth(qsizetype count)
+{
+    return double(std::max<qsizetype>(count, 0)) * kCellWidth;
+}
+
+qsizetype keyboardTargetIndex(qsizetype focused, qsizetype count, int key)
+{
+    if (count <= 0)
+        return -1;
+    // A focus outside the list (no tab focused yet) starts from the ends.
+    const bool known = focused >= 0 && focused < count;
+    switch (key) {
+    case Qt::Key_Left:
+        return known ? std::max<qsizetype>(focused - 1, 0) : 0;
+    case Qt::Key_Right:
+        return known ? std::min<qsizetype>(focused + 1, count - 1) : 0;
+    case Qt::Key_Home:
+        return 0;
+    case Qt::Key_End:
+        return count - 1;
+    default:
+        return -1;
+    }
+}
+
+Colors colorsForPalette(const QPalette &palette)
+{
+    Colors colors;
+    colors.background = palette.color(QPalette::Button);
+    colors.separator = palette.color(QPalette::Dark);
+    colors.shade = palette.color(QPalette::ButtonText);
+    colors.shade.setAlpha(255);
+    colors.pressed = colors.shade;
+    colors.pressed.setAlpha(qRound(0.4 * 255));
+    return colors;
 }
 
 } // namespace KQTabBar

@@ -6,6 +6,10 @@
 #include <QtCore/QPointF>
 #include <QtCore/QPointer>
 #include <QtCore/QRectF>
+#include <QtCore/QSizeF>
+#include <QtGui/QColor>
+
+class QPalette;
 
 class KQTab;
 
@@ -44,6 +48,27 @@ QRectF contentFrameForBounds(const QRectF &bounds);
 QRectF accessibilityButtonFrame(const QRectF &windowFrame, const QRectF &bounds,
                                                   qsizetype count, qsizetype index);
 
+// The width the bar needs to show count cells without spilling over.
+double minimumBarWidth(qsizetype count);
+
+// The tab a key moves the keyboard focus to, from the focused index among
+// count visible tabs: Left/Right step (stopping at the ends), Home/End jump.
+// -1 when the key is not a navigation key or there are no tabs.
+qsizetype keyboardTargetIndex(qsizetype focused, qsizetype count, int key);
+
+// Every colour the bar draws, from the palette roles of the same purpose:
+// the background is the button face, the separator its dark edge, and the
+// selected shading and pressed darkening are the button text's colour (black
+// on a light palette, light on a dark one), so they always contrast with the
+// face.
+struct Colors
+{
+    QColor background;
+    QColor separator;
+    QColor shade;   // at full opacity; the gradients apply their own alpha
+    QColor pressed; // with the pressed look's alpha
+};
+Colors colorsForPalette(const QPalette &palette);
 } // namespace KQTabBar
 
 // Click tracking on the bar. Press, drag and release all run the same step:

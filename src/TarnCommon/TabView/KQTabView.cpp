@@ -9,11 +9,15 @@
 #include <TarnCommon/KQRectRules.h>
 #include <TarnCommon/KQTab.h>
 
+#include <QtGui/QAccessible>
 #include <QtGui/QImage>
+#include <QtGui/QKeyEvent>
 #include <QtGui/QLinearGradient>
 #include <QtGui/QMouseEvent>
 #include <QtGui/QPainter>
 #include <QtGui/QPixmap>
+#include <QtWidgets/QStyle>
+#include <QtWidgets/QStyleOptionFocusRect>
 
 #include <cmath>
 
@@ -70,6 +74,11 @@ KQTabView::KQTabView(const QList<KQTab *> &tabs, QWidget *parent)
 
 void KQTabViewPrivate::init()
 {
+    // Like a tab widget: grows with its container, reached with Tab only, so
+    // a click on the bar leaves the focus in the content.
+    q->setSizePolicy(QSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding, QSizePolicy::TabWidget));
+    q->setFocusPolicy(Qt::TabFocus);
+    QObject::connect(q, &KQTabView::tabsChanged, tabWatcher.get(), [this] { q->updateGeometry(); });
     // Before Qt makes an interface for this widget, so ours is the one it keeps.
     if (KQAccessibility::validForAutomateTesting()) {
         KQAccessibleChildren::installFactory();
@@ -140,6 +149,9 @@ bool KQTabView::event(QEvent *event)
     // The first moment a subclass's frame rule can be asked.
     if (event->type() == QEvent::Polish)
         d->applyInitialFrameSize();
+    // The content's size hint changed: ours follows it.
+    if (event->type() == QEvent::LayoutRequest)
+        updateGeometry();
     return QWidget::event(event);
 }
 
@@ -250,6 +262,7 @@ void KQTabView::selectTab(KQTab *tab)
     if (!alive)
         return;
     Q_EMIT selectedTabChanged(d->selectedTab);
+    updateGeometry();
     update();
 }
 
@@ -446,6 +459,17 @@ void KQTabView::paintEvent(QPaintEvent *event)
     if (d->needsToDraw(bar)) {
         QPainter painter(this);
         drawTabBarInRect(painter, bar);
+        // After the bar, so a subclass drawing its own bar keeps the frame.
+        const qsizetype focused = d->focusedIndex();
+        const QList<QRectF> cells = tabRectsForTabBarRect(bar);
+        if (hasFocus() && focused >= 0 && focused < cells.size()) {
+            QStyleOptionFocusRect option;
+            option.initFrom(this);
+            option.state |= QStyle::State_HasFocus | QStyle::State_KeyboardFocusChange;
+            option.rect = cells.at(focused).toRect().adjusted(2, 2, -2, -2);
+            option.backgroundColor = palette().color(QPalette::Button);
+            style()->drawPrimitive(QStyle::PE_FrameFocusRect, &option, &painter, this);
+        }
     }
     d->dirtyRegion = QRegion();
 }
@@ -453,7 +477,8 @@ void KQTabView::paintEvent(QPaintEvent *event)
 void KQTabView::drawTabBarInRect(QPainter &painter, const QRectF &bar)
 {
     painter.save();
-    painter.fillRect(bar, palette().color(QPalette::Button));
+    const KQTabBar::Colors colors = KQTabBar::colorsForPalette(palette());
+    painter.fillRect(bar, colors.background);
 
     const QList<QRectF> cells = tabRectsForTabBarRect(bar);
     // The count is read again after every cell: drawing may not assume the
@@ -463,7 +488,7 @@ void KQTabView::drawTabBarInRect(QPainter &painter, const QRectF &bar)
             drawTab(painter, d->tabs.at(i), cells.at(i));
     }
 
-    QPen separator(palette().color(QPalette::Dark), 1.0);
+    QPen separator(colors.separator, 1.0);
     separator.setCapStyle(Qt::FlatCap);
     painter.setPen(separator);
     painter.setRenderHint(QPainter::Antialiasing, true);
@@ -501,18 +526,24 @@ void KQTabView::drawTab(QPainter &painter, KQTab *tab, const QRectF &cell)
     const qreal dpr = std::max(painter.device() ? painter.device()->devicePixelRatioF() : 1.0,
                                std::hypot(toDevice.m11(), toDevice.m12()));
 
+    const KQTabBar::Colors colors = KQTabBar::colorsForPalette(palette());
     if (tab == d->selectedTab) {
+        const auto shade = [&colors](double alpha) {
+            QColor color = colors.shade;
+            color.setAlpha(qRound(alpha * 255));
+            return color;
+        };
         QImage layer = beginLayer(cell, dpr);
         {
             QPainter layerPainter(&layer);
             prepareLayerPainter(layerPainter, cell);
             // Darker at the left and right edges, clear in the middle...
             QLinearGradient across(cell.left(), 0, cell.right(), 0);
-            across.setColorAt(0.0, QColor(0, 0, 0, qRound(0.2 * 255)));
-            across.setColorAt(0.1, QColor(0, 0, 0, qRound(0.1 * 255)));
-            across.setColorAt(0.5, QColor(0, 0, 0, 0));
-            across.setColorAt(0.9, QColor(0, 0, 0, qRound(0.1 * 255)));
-            across.setColorAt(1.0, QColor(0, 0, 0, qRound(0.2 * 255)));
+            across.setColorAt(0.0, shade(0.2));
+            across.setColorAt(0.1, shade(0.1));
+            across.setColorAt(0.5, shade(0.0));
+            across.setColorAt(0.9, shade(0.1));
+            across.setColorAt(1.0, shade(0.2));
             layerPainter.fillRect(cell, across);
             // ...kept only where the vertical mask is opaque, so the shading
             // fades out toward the top and bottom of the cell.
@@ -542,7 +573,7 @@ void KQTabView::drawTab(QPainter &painter, KQTab *tab, const QRectF &cell)
         if (tab == d->tracker.pressedDownTab()) {
             // Only where the icon has painted does the darkening land.
             layerPainter.setCompositionMode(QPainter::CompositionMode_SourceAtop);
-            layerPainter.fillRect(cell, QColor(0, 0, 0, qRound(0.4 * 255)));
+            layerPainter.fillRect(cell, colors.pressed);
         }
     }
     painter.drawImage(cell.topLeft(), layer);
@@ -591,4 +622,108 @@ void KQTabView::modalClickTrackingLoop(QMouseEvent *event)
     if (selection)
         update(tabBarRectForBounds(QRectF(rect())).toAlignedRect());
     event->accept();
+}
+
+qsizetype KQTabViewPrivate::focusedIndex() const
+{
+    if (tabs.isEmpty())
+        return -1;
+    const qsizetype selected = selectedTab ? tabs.indexOf(selectedTab.data()) : -1;
+    return selected >= 0 ? selected : 0;
+}
+
+bool KQTabViewPrivate::handleNavigationKey(int key)
+{
+    qsizetype target = -1;
+    if (key == Qt::Key_Space || key == Qt::Key_Enter || key == Qt::Key_Return)
+        target = focusedIndex();
+    else
+        target = KQTabBar::keyboardTargetIndex(focusedIndex(), tabs.size(), key);
+    if (target < 0)
+        return false;
+    const QPointer<KQTabView> alive(q);
+    q->selectTab(tabs.at(target));
+    if (!alive)
+        return true;
+    // Selecting focuses the tab's first responder; the keyboard user is
+    // still walking the bar, so the focus stays here.
+    if (q->isVisible() && !q->hasFocus())
+        q->setFocus(Qt::TabFocusReason);
+    notifyAccessibilityFocus();
+    q->update(KQTabView::tabBarRectForBounds(QRectF(q->rect())).toAlignedRect());
+    return true;
+}
+
+void KQTabViewPrivate::notifyAccessibilityFocus()
+{
+    if (!q->hasFocus())
+        return;
+    // With the accessibility group, the focused tab's widget stands for its
+    // button: a screen reader follows it; otherwise the bar itself speaks.
+    QObject *target = q;
+    const qsizetype index = focusedIndex();
+    if (index >= 0) {
+        QWidget *view = tabs.at(index)->view();
+        for (const QPointer<QWidget> &standIn : std::as_const(accessibilityStandIns)) {
+            if (standIn && standIn == view)
+                target = view;
+        }
+    }
+    QAccessibleEvent event(target, QAccessible::Focus);
+    QAccessible::updateAccessibility(&event);
+}
+
+QSizeF KQTabViewPrivate::contentSizeHint(bool minimum) const
+{
+    // Every tab counts, hidden ones too, so the hint does not jump as tabs
+    // come and go.
+    QSize largest(0, 0);
+    const QList<KQTab *> all = tabs + hiddenTabs;
+    for (const KQTab *tab : all) {
+        const QWidget *view = tab ? tab->view() : nullptr;
+        if (!view)
+            continue;
+        QSize hint = minimum ? view->minimumSizeHint() : view->sizeHint();
+        // A widget without a hint (no layout) keeps the size it was given.
+        if (!hint.isValid())
+            hint = minimum ? QSize(0, 0) : view->size();
+        hint = hint.expandedTo(view->minimumSize()).boundedTo(view->maximumSize());
+        largest = largest.expandedTo(hint);
+    }
+    return QSizeF(largest);
+}
+
+QSize KQTabView::sizeHint() const
+{
+    const QSizeF frame = frameSizeForTabViewSize(d->contentSizeHint(false));
+    return QSize(int(std::ceil(std::max(frame.width(), KQTabBar::minimumBarWidth(d->tabs.size())))),
+                 int(std::ceil(frame.height())));
+}
+
+QSize KQTabView::minimumSizeHint() const
+{
+    const QSizeF frame = frameSizeForTabViewSize(d->contentSizeHint(true));
+    return QSize(int(std::ceil(std::max(frame.width(), KQTabBar::minimumBarWidth(d->tabs.size())))),
+                 int(std::ceil(frame.height())));
+}
+
+void KQTabView::keyPressEvent(QKeyEvent *event)
+{
+    if (event->modifiers() & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier)
+        || !d->handleNavigationKey(event->key()))
+        return QWidget::keyPressEvent(event);
+    event->accept();
+}
+
+void KQTabView::focusInEvent(QFocusEvent *event)
+{
+    QWidget::focusInEvent(event);
+    d->notifyAccessibilityFocus();
+    update(tabBarRectForBounds(QRectF(rect())).toAlignedRect());
+}
+
+void KQTabView::focusOutEvent(QFocusEvent *event)
+{
+    QWidget::focusOutEvent(event);
+    update(tabBarRectForBounds(QRectF(rect())).toAlignedRect());
 }

@@ -85,6 +85,11 @@ Q_DECLARE_INTERFACE(KQTabViewDelegate, KQTabViewDelegate_iid)
     through a plain QWidget pointer, so such a change is applied when the tab
     view is shown.
 
+    In a layout the tab view asks for its tabs' widgets at their size hints
+    below the bar and grows with its container (QSizePolicy::Expanding). It
+    takes the keyboard focus with Tab: the selected tab then shows the style's
+    focus frame, and the arrow, Home and End keys select other tabs.
+
     With the "enableScriptingAutomationTesting" setting on (see
     KQAccessibility), the bar is exposed to accessibility clients as a group
     "TabView Group" holding one button per visible tab. Each tab's content
@@ -249,6 +254,14 @@ public:
         kqAccessibilityTabViewChanged() when it changes. */
     void setKqAccessibilityTabView(KQAccessibility *accessibility);
 
+    /*! The size showing every tab's widget (hidden tabs included) at its
+        size hint below the bar, passed through frameSizeForTabViewSize(), and
+        never narrower than the bar's cells. A widget without a size hint
+        counts with its current size. */
+    QSize sizeHint() const override;
+    /*! As sizeHint(), from the widgets' minimum size hints. */
+    QSize minimumSizeHint() const override;
+
 Q_SIGNALS:
     /*! The delegate was replaced. */
     void delegateChanged();
@@ -262,6 +275,16 @@ Q_SIGNALS:
     void kqAccessibilityTabViewChanged();
 
 protected:
+    /*! Left and Right select the neighbouring visible tab, Home and End the
+        first and last, Space and Enter select the focused tab again; the
+        keyboard focus stays on the bar and accessibility clients are told
+        which tab has it. */
+    void keyPressEvent(QKeyEvent *event) override;
+    /*! Shows the focus frame on the selected tab and tells accessibility
+        clients which tab has the focus. */
+    void focusInEvent(QFocusEvent *event) override;
+    /*! Removes the focus frame. */
+    void focusOutEvent(QFocusEvent *event) override;
     /*! Sizes a tab view made by the tabs constructor with a subclass's
         frameSizeForTabViewSize() when it is first polished. */
     bool event(QEvent *event) override;

@@ -27,6 +27,11 @@ public:
     // owned it (it had no parent when installed).
     bool giveBackInstalledView();
     void refreshAccessibility();
+    // The tab the keyboard acts on: the selected one, else the first visible.
+    qsizetype focusedIndex() const;
+    bool handleNavigationKey(int key);
+    void notifyAccessibilityFocus();
+    QSizeF contentSizeHint(bool minimum) const;
 
     KQTabView *const q;
     QList<KQTab *> tabs;

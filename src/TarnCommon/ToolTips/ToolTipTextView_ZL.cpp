@@ -1,5 +1,7 @@
 #include <TarnCommon/ToolTipTextView_ZL.h>
 
+#include "ToolTipColors_ZL_p.h"
+
 #include <QtGui/QAbstractTextDocumentLayout>
 #include <QtGui/QPainter>
 #include <QtGui/QTextCursor>
@@ -95,8 +97,9 @@ void ToolTipTextView_ZL::drawViewBackgroundInRect(QPainter &painter, const QRect
 {
     // The whole view, whatever part is being repainted.
     const QRectF r = QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5);
-    painter.fillRect(r, QColor::fromRgbF(1.0f, 1.0f, 215.0f / 255.0f, 221.0f / 255.0f));
-    QPen pen(QColor::fromRgbF(0.0f, 0.0f, 0.0f, 1.0f / 3.0f));
+    const ToolTipColors_ZL colors = toolTipColorsForPalette(palette());
+    painter.fillRect(r, colors.background);
+    QPen pen(colors.border);
     pen.setWidthF(1.0);
     painter.setPen(pen);
     painter.setBrush(Qt::NoBrush);
@@ -111,6 +114,6 @@ void ToolTipTextView_ZL::paintEvent(QPaintEvent *)
     painter.translate(inset.width(), inset.height());
     QAbstractTextDocumentLayout::PaintContext context;
     context.palette = palette();
-    context.palette.setColor(QPalette::Text, Qt::black);
+    context.palette.setColor(QPalette::Text, toolTipColorsForPalette(palette()).text);
     d->document->documentLayout()->draw(&painter, context);
 }

@@ -1,0 +1,134 @@
+// The Designer plugin as Designer and QUiLoader use it. Linked against the
+// shared library, as the plugin is, so both see the same classes.
+#include <TarnCommon/KQCollapsibleListView.h>
+#include <TarnCommon/KQCollapsibleView.h>
+#include <TarnCommon/KQTabView.h>
+
+#include <QtCore/QBuffer>
+#include <QtCore/QPluginLoader>
+#include <QtCore/QXmlStreamReader>
+#include <QtTest/QtTest>
+#include <QtUiPlugin/QDesignerCustomWidgetCollectionInterface>
+#include <QtUiPlugin/QDesignerCustomWidgetInterface>
+#include <QtUiTools/QUiLoader>
+
+namespace {
+
+// The class of the first <widget> of a widget-box entry.
+QString firstWidgetClass(const QString &domXml)
+{
+    QXmlStreamReader reader(domXml);
+    while (reader.readNextStartElement()) {
+        if (reader.name() == QLatin1String("widget"))
+            return reader.attributes().value(QLatin1String("class")).toString();
+    }
+    return QString();
+}
+
+const char *const kForm = R"(<?xml version="1.0" encoding="UTF-8"?>
+<ui version="4.0">
+ <class>Form</class>
+ <widget class="QWidget" name="Form">
+  <layout class="QVBoxLayout" name="layout">
+   <item>
+    <widget class="KQTabView" name="tabs">
+     <property name="tag" stdset="0"><number>7</number></property>
+     <property name="autoresizingMask" stdset="0"><number>18</number></property>
+    </widget>
+   </item>
+   <item>
+    <widget class="KQCollapsibleView" name="section">
+     <property name="title"><string>Colours</string></property>
+     <property name="drawTopLine"><bool>true</bool></property>
+    </widget>
+   </item>
+   <item>
+    <widget class="KQCollapsibleListView" name="list">
+     <property name="autosaveName"><string>FormSections</string></property>
+    </widget>
+   </item>
+  </layout>
+ </widget>
+ <customwidgets>
+  <customwidget><class>KQTabView</class><extends>QWidget</extends><header>TarnCommon/KQTabView.h</header></customwidget>
+  <customwidget><class>KQCollapsibleView</class><extends>QWidget</extends><header>TarnCommon/KQCollapsibleView.h</header></customwidget>
+  <customwidget><class>KQCollapsibleListView</class><extends>QWidget</extends><header>TarnCommon/KQCollapsibleListView.h</header></customwidget>
+ </customwidgets>
+</ui>
+)";
+
+} // namespace
+
+class tst_DesignerPlugin : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void pluginOffersTheWidgets_data();
+    void pluginOffersTheWidgets();
+    void formLoadsThroughQUiLoader();
+};
+
+void tst_DesignerPlugin::pluginOffersTheWidgets_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::newRow("tab view") << QStringLiteral("KQTabView");
+    QTest::newRow("collapsible view") << QStringLiteral("KQCollapsibleView");
+    QTest::newRow("collapsible list") << QStringLiteral("KQCollapsibleListView");
+}
+
+void tst_DesignerPlugin::pluginOffersTheWidgets()
+{
+    QFETCH(QString, name);
+    QPluginLoader loader(QStringLiteral(DESIGNER_PLUGIN_FILE));
+    QVERIFY2(loader.load(), qPrintable(loader.errorString()));
+    auto *collection = qobject_cast<QDesignerCustomWidgetCollectionInterface *>(loader.instance());
+    QVERIFY(collection);
+
+    QDesignerCustomWidgetInterface *found = nullptr;
+    for (QDesignerCustomWidgetInterface *widget : collection->customWidgets()) {
+        if (widget->name() == name)
+            found = widget;
+    }
+    QVERIFY(found);
+    QCOMPARE(firstWidgetClass(found->domXml()), name);
+    QCOMPARE(found->includeFile(), QStringLiteral("TarnCommon/%1.h").arg(name));
+    QVERIFY(QFile::exists(QStringLiteral(PUBLIC_INCLUDE_DIR "/") + found->includeFile()));
+    QVERIFY(!found->icon().isNull());
+
+    QWidget parent;
+    std::unique_ptr<QWidget> made(found->createWidget(&parent));
+    QVERIFY(made);
+    QCOMPARE(made->parentWidget(), &parent);
+    QCOMPARE(QString::fromLatin1(made->metaObject()->className()), name);
+}
+
+void tst_DesignerPlugin::formLoadsThroughQUiLoader()
+{
+    QUiLoader loader;
+    loader.clearPluginPaths();
+    loader.addPluginPath(QStringLiteral(DESIGNER_PLUGIN_DIR));
+    const QStringList available = loader.availableWidgets();
+    for (const char *name : {"KQTabView", "KQCollapsibleView", "KQCollapsibleListView"})
+        QVERIFY2(available.contains(QLatin1String(name)), name);
+
+    QBuffer buffer;
+    buffer.setData(kForm);
+    buffer.open(QIODevice::ReadOnly);
+    std::unique_ptr<QWidget> form(loader.load(&buffer));
+    QVERIFY2(form, qPrintable(loader.errorString()));
+
+    auto *tabs = form->findChild<KQTabView *>(QStringLiteral("tabs"));
+    auto *section = form->findChild<KQCollapsibleView *>(QStringLiteral("section"));
+    auto *list = form->findChild<KQCollapsibleListView *>(QStringLiteral("list"));
+    QVERIFY(tabs && section && list);
+    // Properties of the classes and the relayout properties set dynamically.
+    QCOMPARE(section->title(), QStringLiteral("Colours"));
+    QVERIFY(section->drawTopLine());
+    QCOMPARE(list->autosaveName(), QStringLiteral("FormSections"));
+    QCOMPARE(tabs->property("tag").toInt(), 7);
+    QCOMPARE(tabs->property("autoresizingMask").toInt(), 18);
+}
+
+QTEST_MAIN(tst_DesignerPlugin)
+#include "tst_designerplugin.moc"
