@@ -38,4 +38,4 @@ TARNCOMMON_EXPORT bool KQInstallTranslations(const QLocale &locale, const QStrin
     The folders KQInstallTranslations() searches when not given one, in
     order.
 */
-TARNCOMMON_EXPORT QStringList KQTranslationDirectories();
+TARNCOMMON_EXTERN_C TARNCOMMON_EXPORT QStringList KQTranslationDirectories();

@@ -215,7 +215,12 @@ ToolTipWindow_ZL::ToolTipWindow_ZL()
     });
 }
 
-ToolTipWindow_ZL::~ToolTipWindow_ZL() = default;
+ToolTipWindow_ZL::~ToolTipWindow_ZL()
+{
+    // Hide while still whole: ~QWidget would otherwise hide us after our
+    // members are gone, and observers of the hide ask whether we are shown.
+    QWidget::hide();
+}
 
 QTextDocumentFragment ToolTipWindow_ZL::attributedString() const
 {
