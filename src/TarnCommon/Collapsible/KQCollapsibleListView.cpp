@@ -293,6 +293,9 @@ void KQCollapsibleListView::saveToAutosaveName()
     const std::unique_ptr<QSettings> settings = KQSettings::userDefaults();
     settings->setValue(d->autosaveName, collapsedTitlesToSave(states));
     settings->sync();
+    if (settings->status() != QSettings::NoError)
+        ZLLogWarning("The state under \"%s\" could not be saved to %s", qUtf8Printable(d->autosaveName),
+                     qUtf8Printable(settings->fileName()));
 }
 
 void KQCollapsibleListView::appWillTerminate()
