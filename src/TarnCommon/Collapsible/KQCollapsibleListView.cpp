@@ -62,6 +62,7 @@ public:
     KQGuardedDelegate<KQCollapsibleListViewDelegate> delegate;
     bool layoutBlocked = false;
     bool widthChangedWhileBlocked = false;
+    bool viewLeftWhileBlocked = false; // the running animation's end frames still count it
     QSize laidOutSize; // the size the last stacking was made for
     // The limits the size hints last reported (none yet: not a number).
     double hintedMinHeight = std::numeric_limits<double>::quiet_NaN();
@@ -294,6 +295,9 @@ void KQCollapsibleListView::saveToAutosaveName()
     const std::unique_ptr<QSettings> settings = KQSettings::userDefaults();
     settings->setValue(d->autosaveName, collapsedTitlesToSave(states));
     settings->sync();
+    if (settings->status() != QSettings::NoError)
+        ZLLogWarning("The state under \"%s\" could not be saved to %s", qUtf8Printable(d->autosaveName),
+                     qUtf8Printable(settings->fileName()));
 }
 
 void KQCollapsibleListView::appWillTerminate()
@@ -346,9 +350,19 @@ void KQCollapsibleListView::collapsableViewWillAnimateFromHeight(KQCollapsibleVi
     listFrame.setHeight(plan.listHeight);
     animations.append({this, listFrame});
 
-    if (KQCollapsibleListViewDelegate *delegate = d->delegate.get())
+    const qsizetype viewCount = d->collapsableViews.size();
+    if (KQCollapsibleListViewDelegate *delegate = d->delegate.get()) {
+        // The delegate may destroy the list or the view: no animation then.
+        const QPointer<KQCollapsibleListView> self(this);
+        const QPointer<KQCollapsibleView> animated(view);
         delegate->collapsableListViewWillAnimateFromHeight(this, height(), plan.listHeight, animations);
+        if (!self || !animated)
+            return;
+    }
     d->setLayoutBlocked(true, view);
+    // Another view went in the delegate's hands: the plan still counts it.
+    if (d->collapsableViews.size() != viewCount)
+        d->viewLeftWhileBlocked = true;
 }
 
 void KQCollapsibleListView::collapsableViewFinishedAnimations(KQCollapsibleView *, const KQViewAnimations &)
@@ -365,8 +379,9 @@ void KQCollapsibleListViewPrivate::setLayoutBlocked(bool blocked, const QObject 
         limitsChanged();
     // The animations keep every width, so a new width came from outside
     // (a scroll area following its viewport) and its layout was skipped.
-    if (!blocked && widthChangedWhileBlocked) {
+    if (!blocked && (widthChangedWhileBlocked || viewLeftWhileBlocked)) {
         widthChangedWhileBlocked = false;
+        viewLeftWhileBlocked = false;
         q->layoutSubviews();
     }
     if (changed)
@@ -383,8 +398,15 @@ void KQCollapsibleListView::resizeEvent(QResizeEvent *event)
 void KQCollapsibleListViewPrivate::forgetView(QObject *view)
 {
     collapsableViews.removeIf([view](KQCollapsibleView *held) { return static_cast<QObject *>(held) == view; });
-    if (layoutBlocked && blockingView == view)
-        q->collapsableViewFinishedAnimations(nullptr, {});
-    else
+    // The survivors close the gap it leaves, now or once the running
+    // animation ends.
+    if (layoutBlocked && blockingView != view) {
+        viewLeftWhileBlocked = true;
         limitsChanged();
+        return;
+    }
+    if (layoutBlocked)
+        q->collapsableViewFinishedAnimations(nullptr, {});
+    if (!layoutBlocked)
+        q->layoutSubviews();
 }

@@ -155,8 +155,9 @@ public:
     */
     void loadFromAutosaveName();
     /*! Saves the titles of the collapsed views (hidden ones included, in list
-        order) under the autosave name, and writes the settings out at once.
-        Does nothing without an autosave name. */
+        order) under the autosave name, and writes the settings out at once
+        (a settings file that cannot be written is reported). Does nothing
+        without an autosave name. */
     void saveToAutosaveName();
     /*!
         Stores the sums of the visible views' minHeight() and maxHeight()

@@ -323,8 +323,13 @@ void KQCollapsibleView::setHeight(double height, bool animate)
     const QRect frame = geometry();
 
     KQViewAnimations animations;
-    if (KQCollapsibleViewDelegate *delegate = d->delegate.get())
+    if (KQCollapsibleViewDelegate *delegate = d->delegate.get()) {
+        // The delegate (or one it tells) may destroy this view.
+        const QPointer<KQCollapsibleView> self(this);
         delegate->collapsableViewWillAnimateFromHeight(this, frame.height(), height, animations);
+        if (!self)
+            return;
+    }
     animations.append({this, QRectF(frame.x(), frame.y(), frame.width(), height)});
 
     auto *animation = new KQViewAnimation(animations, animate ? AnimationDurationMs : 0, this);

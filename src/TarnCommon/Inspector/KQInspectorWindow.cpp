@@ -33,6 +33,14 @@ namespace {
 
 QPointer<KQInspectorWindow> g_sharedInspectorWindow;
 
+// Parentless windows outlive ~QApplication, which only takes their native
+// windows: the shared one goes in a post routine, which runs first thing in
+// ~QApplication, while widgets can still be destroyed (and its frame saved).
+void destroySharedInspectorWindow()
+{
+    delete g_sharedInspectorWindow.data();
+}
+
 // The content view: the mode's view fills it as the user resizes the window.
 class ContentView : public QWidget
 {
@@ -155,7 +163,13 @@ public:
 KQInspectorWindow *KQInspectorWindow::sharedInspectorWindow()
 {
     if (!g_sharedInspectorWindow) {
-        // Lives until the process ends, like the application's own windows.
+        // Lives as long as the application object; the routine is added
+        // once per application, however often the window is made again.
+        static QPointer<QCoreApplication> s_routineAddedFor;
+        if (QCoreApplication *application = QCoreApplication::instance(); application != s_routineAddedFor) {
+            s_routineAddedFor = application;
+            qAddPostRoutine(&destroySharedInspectorWindow);
+        }
         g_sharedInspectorWindow = new KQInspectorWindow;
         g_sharedInspectorWindow->setFrameAutosaveName(QString::fromLatin1(frameAutosaveKey));
         g_sharedInspectorWindow->startTrackingResponderChain();
@@ -834,7 +848,9 @@ void KQInspectorWindowPrivate::restoreFrame()
     restoringFrame = true;
     q->setMinimumSize(0, 0);
     q->setMaximumSize(QWIDGETSIZE_MAX, QWIDGETSIZE_MAX);
-    q->restoreGeometry(saved);
+    if (!q->restoreGeometry(saved))
+        ZLLogWarning("The saved frame under \"%s\" is damaged; the window keeps its frame",
+                     qUtf8Printable(frameAutosaveName));
     applySizeConstraints();
     restoringFrame = false;
 }
@@ -890,7 +906,12 @@ void KQInspectorWindow::saveFrameNow()
     d->frameSavePending = false;
     if (d->frameAutosaveName.isEmpty())
         return;
-    KQSettings::userDefaults()->setValue(d->frameAutosaveName, saveGeometry());
+    const std::unique_ptr<QSettings> settings = KQSettings::userDefaults();
+    settings->setValue(d->frameAutosaveName, saveGeometry());
+    settings->sync();
+    if (settings->status() != QSettings::NoError)
+        ZLLogWarning("The frame under \"%s\" could not be saved to %s", qUtf8Printable(d->frameAutosaveName),
+                     qUtf8Printable(settings->fileName()));
 }
 
 void KQInspectorWindow::moveEvent(QMoveEvent *event)

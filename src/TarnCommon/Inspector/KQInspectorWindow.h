@@ -33,7 +33,8 @@ class QMessageBox;
     KQEmptyInspectorMode naming the focused window.
 
     Use sharedInspectorWindow(); it is made hidden on first use, comes back
-    where the user left it, and is never destroyed (closing only hides it).
+    where the user left it, and lives until the application object is
+    destroyed (closing only hides it).
 
     Driving it from a document window takes a controller and a mode:
 
@@ -95,7 +96,9 @@ public:
 
     /*!
         The application's inspector, made hidden (with its frame restored and
-        following the focus) on the first call. It is never destroyed.
+        following the focus) on the first call. It is destroyed (its frame
+        saved) as the application object goes, before the widget system is
+        torn down; a later call, with a new application object, makes it anew.
     */
     static KQInspectorWindow *sharedInspectorWindow();
 
@@ -243,7 +246,9 @@ public:
         that key, as QWidget::saveGeometry() records it, once it has been left
         alone for frameSaveQuietPeriod (so a drag is saved once, where it ends),
         when the window hides, when the application quits and when the inspector
-        is destroyed. An empty name keeps nothing.
+        is destroyed. An empty name keeps nothing. A saved value that is not a
+        frame, and a settings file that cannot be written, are reported; the
+        window then keeps the frame it has.
     */
     void setFrameAutosaveName(const QString &name);
     /*! The settings key of the frame; empty when it is not kept. */

@@ -11,7 +11,9 @@ std::unique_ptr<QSettings> userDefaults()
     const QString application = QCoreApplication::applicationName();
     if (organization.isEmpty() && application.isEmpty())
         return std::make_unique<QSettings>(QStringLiteral("TarnCommon"), QStringLiteral("TarnCommon"));
-    return std::make_unique<QSettings>();
+    // Without an organisation QSettings() refuses every write (AccessError):
+    // the application's name stands in for it.
+    return std::make_unique<QSettings>(organization.isEmpty() ? application : organization, application);
 }
 
 void enableTestMode(bool clear)

@@ -19,7 +19,8 @@ namespace KQSettings {
 
 /*!
     A new QSettings for the application's organisation and name (falling
-    back to "TarnCommon" for both when the application has set neither).
+    back to "TarnCommon" for both when the application has set neither, and
+    to the application's name for a missing organisation).
     The caller owns it.
 */
 TARNCOMMON_EXPORT std::unique_ptr<QSettings> userDefaults();
