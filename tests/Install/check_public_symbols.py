@@ -15,6 +15,8 @@ import subprocess
 import sys
 
 LINKER_NAMES = {"_init", "_fini", "_edata", "_end", "__bss_start"}
+# AddressSanitizer's per-global markers in an instrumented build.
+SANITIZER_NAME = re.compile(r"^__(odr_asan|asan)")
 PREFIXES = ("typeinfo name for ", "typeinfo for ", "vtable for ", "VTT for ",
             "construction vtable for ", "non-virtual thunk to ", "virtual thunk to ",
             "guard variable for ", "covariant return thunk to ")
@@ -75,7 +77,7 @@ def main():
     count = foreign = 0
     for line in listing.splitlines():
         fields = line.split(" ", 2)
-        if len(fields) < 3 or fields[2] in LINKER_NAMES:
+        if len(fields) < 3 or fields[2] in LINKER_NAMES or SANITIZER_NAME.match(fields[2]):
             continue
         names = owners(fields[2])
         if names and all(is_foreign(o, qt_headers) for o in names[:1]):
