@@ -225,7 +225,7 @@ def run(command, timeout):
 
 
 def build(build_dir, targets):
-    return run(["ninja", "-C", str(build_dir), *targets], timeout=1200) == 0
+    return run(["ninja", "-C", str(build_dir), "-j2", *targets], timeout=1200) == 0
 
 
 def run_tests(build_dir, tests, timeout):
