@@ -708,6 +708,9 @@ void tst_Kit::fitting()
     const QMarginsF minimum(minimumMargin, minimumMargin, minimumMargin, minimumMargin);
     KQPrintInfo info(QPageLayout(QPageSize(QPageSize::A4), QPageLayout::Portrait, QMarginsF(40, 50, 40, 50),
                                  QPageLayout::Point, minimum));
+    MessageCapture refused;
+    info.setScalingFactor(-2);
+    QVERIFY(refused.text().contains("factor > 0"));
     info.setScalingFactor(0.75);
     const QRectF imageable = QRectF(QPointF(0, 0), QPageSize(QPageSize::A4).size(QPageSize::Point)).marginsRemoved(minimum);
     QCOMPARE(info.imageablePageBounds(), imageable); // whatever the margins

@@ -773,8 +773,14 @@ void tst_TabView::drawing()
     QCOMPARE(bar().pixelColor(135, 15), QColor(255, 0, 0));
     QTest::mouseRelease(view, Qt::LeftButton, {}, QPoint(190, 10));
 
-    // With no tab left the bar and its separator are still drawn.
+    // With no tab left the bar and its separator are still drawn, and the
+    // keys that walk the bar find nothing to select.
     view->setTabs({});
+    MessageCapture quiet;
+    for (const Qt::Key key : {Qt::Key_Space, Qt::Key_Right, Qt::Key_End})
+        QTest::keyClick(view, key);
+    QCOMPARE(view->selectedTab(), nullptr);
+    QVERIFY(quiet.text().isEmpty());
     image = bar();
     QCOMPARE(image.pixel(100, 25), background);
     QCOMPARE(image.pixel(100, 26), view->palette().color(QPalette::Dark).rgba());
