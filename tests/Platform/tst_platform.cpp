@@ -46,6 +46,8 @@ private Q_SLOTS:
     void intersection();
     void unionIgnoresEmptyRects_data();
     void unionIgnoresEmptyRects();
+    void offsetAndInset_data();
+    void offsetAndInset();
 
     void screenSpaceRoundTrip_data();
     void screenSpaceRoundTrip();
@@ -125,6 +127,26 @@ void tst_Platform::unionIgnoresEmptyRects()
     QFETCH(QRectF, expected);
     QVERIFY(kq_equalRects(kq_unionRect(a, b), expected));
     QVERIFY(kq_equalRects(kq_unionRect(b, a), expected));
+}
+
+void tst_Platform::offsetAndInset_data()
+{
+    QTest::addColumn<QRectF>("rect");
+    QTest::addColumn<QPointF>("delta");
+    QTest::addColumn<QRectF>("offset");
+    QTest::addColumn<QRectF>("inset");
+    QTest::newRow("shrunk") << QRectF(10, 20, 30, 40) << QPointF(2, 3) << QRectF(12, 23, 30, 40) << QRectF(12, 23, 26, 34);
+    QTest::newRow("negative grows") << QRectF(0, 0, 4, 4) << QPointF(-1, -2) << QRectF(-1, -2, 4, 4) << QRectF(-1, -2, 6, 8);
+}
+
+void tst_Platform::offsetAndInset()
+{
+    QFETCH(QRectF, rect);
+    QFETCH(QPointF, delta);
+    QFETCH(QRectF, offset);
+    QFETCH(QRectF, inset);
+    QVERIFY(kq_equalRects(kq_offsetRect(rect, delta.x(), delta.y()), offset));
+    QVERIFY(kq_equalRects(kq_insetRect(rect, delta.x(), delta.y()), inset));
 }
 
 void tst_Platform::screenSpaceRoundTrip_data()

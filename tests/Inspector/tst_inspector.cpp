@@ -8,12 +8,21 @@
 #include <TarnCommon/KQSettings.h>
 #include <TarnCommon/KQWindowDelegate.h>
 
+#include <TarnCommon/KQImageDrawing.h>
+
+#include <QtGui/QPainter>
+#include <QtGui/QTextBlock>
+#include <QtGui/QTextCursor>
+#include <QtGui/QTextDocument>
+#include <QtGui/QTextFragment>
+#include <QtGui/QTextImageFormat>
 #include <QtTest/QtTest>
 #include <QtWidgets/QApplication>
 #include <QtWidgets/QDialog>
 #include <QtWidgets/QFileDialog>
 #include <QtWidgets/QMessageBox>
 #include <QtWidgets/QSizeGrip>
+#include <QtWidgets/QTextEdit>
 
 #include <limits>
 #include <memory>
@@ -64,7 +73,7 @@ protected:
 
 } // namespace
 
-class tst_InspectorWindow : public QObject
+class tst_Inspector : public QObject
 {
     Q_OBJECT
 
@@ -73,9 +82,7 @@ private Q_SLOTS:
     void cleanup();
 
     void handOverSendsHooksInOrder();
-    void sameOwnerTwiceIsNoOp();
     void noOwnerShowsEmptyModeForMainWindow();
-    void ownerWithoutModeLeavesInspectorEmpty();
     void lookupIgnores_data();
     void lookupIgnores();
     void lookupAsksKeyWindowThenMainWindow();
@@ -101,16 +108,32 @@ private Q_SLOTS:
     void frameSavedOnceLeftAlone_data();
     void frameSavedOnceLeftAlone();
     void sharedInspectorIsOneHiddenWindow();
+
+    void showingBuildsTextAndOneTimer();
+    void refreshRebuildsOnlyForNewTitle_data();
+    void refreshRebuildsOnlyForNewTitle();
+    void missingTitle_data();
+    void missingTitle();
+    void documentIcon_data();
+    void documentIcon();
+
+    void flipMirrorsAboutCentreLine_data();
+    void flipMirrorsAboutCentreLine();
+    void transparentCopy_data();
+    void transparentCopy();
+    void badInputIsRefused();
+    void firstRepresentation();
+    void imageAsText();
 };
 
-void tst_InspectorWindow::cleanup()
+void tst_Inspector::cleanup()
 {
     const QList<QWidget *> windows = QApplication::topLevelWidgets();
     for (QWidget *window : windows)
         window->hide();
 }
 
-void tst_InspectorWindow::handOverSendsHooksInOrder()
+void tst_Inspector::handOverSendsHooksInOrder()
 {
     QStringList log;
     RecordingMode modeA("mA", &log);
@@ -132,27 +155,28 @@ void tst_InspectorWindow::handOverSendsHooksInOrder()
     QCOMPARE(modeA.view()->parentWidget(), nullptr);
     QCOMPARE(modeB.view()->parentWidget(), inspector->contentView());
 
+    // The same owner again changes nothing.
+    log.clear();
+    QSignalSpy modeChanges(inspector.get(), &KQInspectorWindow::modeChanged);
+    inspector->setFocusOwner(&ownerB);
+    QVERIFY(log.isEmpty());
+    QCOMPARE(modeChanges.count(), 0);
+    QCOMPARE(modeB.view()->parentWidget(), inspector->contentView());
+
     // A hidden inspector swaps modes without any showing hooks.
     inspector->hide();
     log.clear();
     inspector->setFocusOwner(&ownerA);
     QCOMPARE(log, (QStringList{"B:willLose", "A:willGain", "A:didGain", "B:didLose"}));
+
+    // An owner without a mode leaves the inspector empty.
+    RecordingOwner withoutMode("C", &log, nullptr);
+    inspector->setFocusOwner(&withoutMode);
+    QCOMPARE(inspector->mode(), nullptr);
+    QCOMPARE(installedViews(inspector.get()), 0);
 }
 
-void tst_InspectorWindow::sameOwnerTwiceIsNoOp()
-{
-    OneOwner s;
-    auto inspector = makeShownInspector();
-    inspector->setFocusOwner(&s.owner);
-    s.log.clear();
-    QSignalSpy modeChanges(inspector.get(), &KQInspectorWindow::modeChanged);
-    inspector->setFocusOwner(&s.owner);
-    QVERIFY(s.log.isEmpty());
-    QCOMPARE(modeChanges.count(), 0);
-    QCOMPARE(s.mode.view()->parentWidget(), inspector->contentView());
-}
-
-void tst_InspectorWindow::noOwnerShowsEmptyModeForMainWindow()
+void tst_Inspector::noOwnerShowsEmptyModeForMainWindow()
 {
     OneOwner s;
     auto inspector = makeShownInspector();
@@ -178,17 +202,6 @@ void tst_InspectorWindow::noOwnerShowsEmptyModeForMainWindow()
     QCOMPARE(empty->focusedWindow(), &document);
 }
 
-void tst_InspectorWindow::ownerWithoutModeLeavesInspectorEmpty()
-{
-    OneOwner s;
-    RecordingOwner withoutMode("B", &s.log, nullptr);
-    auto inspector = makeShownInspector();
-    inspector->setFocusOwner(&s.owner);
-    inspector->setFocusOwner(&withoutMode);
-    QCOMPARE(inspector->mode(), nullptr);
-    QCOMPARE(installedViews(inspector.get()), 0);
-}
-
 enum class LookupCase {
     Normal,
     InspectorHidden,
@@ -200,7 +213,7 @@ enum class LookupCase {
 };
 Q_DECLARE_METATYPE(LookupCase)
 
-void tst_InspectorWindow::lookupIgnores_data()
+void tst_Inspector::lookupIgnores_data()
 {
     QTest::addColumn<LookupCase>("lookupCase");
     QTest::addColumn<bool>("ownerFound");
@@ -213,7 +226,7 @@ void tst_InspectorWindow::lookupIgnores_data()
     QTest::newRow("no notification while hidden") << LookupCase::NoNotification << true;
 }
 
-void tst_InspectorWindow::lookupIgnores()
+void tst_Inspector::lookupIgnores()
 {
     QFETCH(LookupCase, lookupCase);
     QFETCH(bool, ownerFound);
@@ -255,7 +268,7 @@ void tst_InspectorWindow::lookupIgnores()
     QCOMPARE(s.log.contains("A:willGain"), ownerFound);
 }
 
-void tst_InspectorWindow::lookupAsksKeyWindowThenMainWindow()
+void tst_Inspector::lookupAsksKeyWindowThenMainWindow()
 {
     // While a dialog has the focus, the document behind it still drives the
     // inspector: the main window's chain is asked after the key window's.
@@ -294,7 +307,7 @@ void tst_InspectorWindow::lookupAsksKeyWindowThenMainWindow()
     QCOMPARE(inspector->focusOwner(), nullptr);
 }
 
-void tst_InspectorWindow::modeSizesWindow_data()
+void tst_Inspector::modeSizesWindow_data()
 {
     // The mode's limits are 200x100 to 400x300 and its view is 250x180.
     QTest::addColumn<bool>("resizable");
@@ -308,7 +321,7 @@ void tst_InspectorWindow::modeSizesWindow_data()
         << false << QRect(100, 200, 500, 400) << QRect(100, 200, 250, 180) << QSize(250, 180) << QSize(250, 180);
 }
 
-void tst_InspectorWindow::modeSizesWindow()
+void tst_Inspector::modeSizesWindow()
 {
     QFETCH(bool, resizable);
     QFETCH(QRect, before);
@@ -342,7 +355,7 @@ void tst_InspectorWindow::modeSizesWindow()
     QCOMPARE(inspector->contentMinSize(), QSizeF(210, 110));
 }
 
-void tst_InspectorWindow::limitAssertions_data()
+void tst_Inspector::limitAssertions_data()
 {
     QTest::addColumn<QSizeF>("minSize");
     QTest::addColumn<QSizeF>("maxSize");
@@ -357,7 +370,7 @@ void tst_InspectorWindow::limitAssertions_data()
         << QSizeF(-20, -20) << QSizeF(-10, 300) << QStringLiteral("minSize.width > 0 && minSize.height > 0");
 }
 
-void tst_InspectorWindow::limitAssertions()
+void tst_Inspector::limitAssertions()
 {
     QFETCH(QSizeF, minSize);
     QFETCH(QSizeF, maxSize);
@@ -381,7 +394,7 @@ void tst_InspectorWindow::limitAssertions()
     QVERIFY(s.log.contains("m:didShow"));
 }
 
-void tst_InspectorWindow::propertiesFollowMode()
+void tst_Inspector::propertiesFollowMode()
 {
     OneOwner s;
     s.mode.setTitle("Colours");
@@ -407,7 +420,7 @@ void tst_InspectorWindow::propertiesFollowMode()
     QCOMPARE(inspector->windowTitle(), QStringLiteral("Shapes"));
 }
 
-void tst_InspectorWindow::sizingRules_data()
+void tst_Inspector::sizingRules_data()
 {
     QTest::addColumn<QSizeF>("content");
     QTest::addColumn<QSizeF>("minSize");
@@ -418,7 +431,7 @@ void tst_InspectorWindow::sizingRules_data()
     QTest::newRow("too small") << QSizeF(10, 10) << QSizeF(50, 50) << QSizeF(1e300, 1e300) << QSizeF(50, 50);
 }
 
-void tst_InspectorWindow::sizingRules()
+void tst_Inspector::sizingRules()
 {
     QFETCH(QSizeF, content);
     QFETCH(QSizeF, minSize);
@@ -431,7 +444,7 @@ void tst_InspectorWindow::sizingRules()
     QCOMPARE(moved, QRectF(10, 300 + content.height() - expected.height(), expected.width(), expected.height()));
 }
 
-void tst_InspectorWindow::showAndHideTellTheMode()
+void tst_Inspector::showAndHideTellTheMode()
 {
     OneOwner s;
     KQInspectorWindow inspector;
@@ -450,7 +463,7 @@ void tst_InspectorWindow::showAndHideTellTheMode()
     QCOMPARE(inspector.mode(), &s.mode);
 }
 
-void tst_InspectorWindow::showingLooksOwnerUpWhileHidden()
+void tst_Inspector::showingLooksOwnerUpWhileHidden()
 {
     OneOwner s;
     s.mode.setResizable(false);
@@ -467,7 +480,7 @@ void tst_InspectorWindow::showingLooksOwnerUpWhileHidden()
     QCOMPARE(inspector.geometry().size(), QSize(260, 140));
 }
 
-void tst_InspectorWindow::unsizedViewInHiddenInspector()
+void tst_Inspector::unsizedViewInHiddenInspector()
 {
     // The empty mode's text view starts without a size; installed while the
     // inspector is hidden (its owner's window closed meanwhile), it must not
@@ -488,7 +501,7 @@ void tst_InspectorWindow::unsizedViewInHiddenInspector()
     QCOMPARE(inspector.geometry(), QRect(100, 200, 50, 260));
 }
 
-void tst_InspectorWindow::deactivationHidesAndReactivationLooksUpLater()
+void tst_Inspector::deactivationHidesAndReactivationLooksUpLater()
 {
     OneOwner s;
     DocumentWindow document;
@@ -512,7 +525,7 @@ void tst_InspectorWindow::deactivationHidesAndReactivationLooksUpLater()
     QCOMPARE(inspector->focusOwner(), &s.owner);
 }
 
-void tst_InspectorWindow::closingOwnersWindowDropsOwner()
+void tst_Inspector::closingOwnersWindowDropsOwner()
 {
     OneOwner s;
     // Both windows hand the inspector to the same owner, but it controls only one.
@@ -543,7 +556,7 @@ void tst_InspectorWindow::closingOwnersWindowDropsOwner()
     QVERIFY(emptyMode(inspector.get()));
 }
 
-void tst_InspectorWindow::errorPresentation_data()
+void tst_Inspector::errorPresentation_data()
 {
     const QString attempter = QString::fromLatin1(KQRecoveryAttempterErrorKey);
     const QString description = QString::fromLatin1(KQLocalizedDescriptionKey);
@@ -557,7 +570,7 @@ void tst_InspectorWindow::errorPresentation_data()
     QTest::newRow("other code with attempter") << 2047 << full << false;
 }
 
-void tst_InspectorWindow::errorPresentation()
+void tst_Inspector::errorPresentation()
 {
     QFETCH(int, code);
     QFETCH(QVariantMap, userInfo);
@@ -580,7 +593,7 @@ void tst_InspectorWindow::errorPresentation()
     QVERIFY(!inspector->attachedSheet());
 }
 
-void tst_InspectorWindow::ownerDestroyedWhileShown()
+void tst_Inspector::ownerDestroyedWhileShown()
 {
     QStringList log;
     auto inspector = makeShownInspector();
@@ -612,7 +625,7 @@ void tst_InspectorWindow::ownerDestroyedWhileShown()
     QCOMPARE(inspector->mode(), &keeper.mode);
 }
 
-void tst_InspectorWindow::modeDestroyedWhileShown_data()
+void tst_Inspector::modeDestroyedWhileShown_data()
 {
     QTest::addColumn<bool>("ownerGoesToo");
     QTest::addColumn<QStringList>("afterwards");
@@ -621,7 +634,7 @@ void tst_InspectorWindow::modeDestroyedWhileShown_data()
     QTest::newRow("owner destroyed with its mode") << true << QStringList{};
 }
 
-void tst_InspectorWindow::modeDestroyedWhileShown()
+void tst_Inspector::modeDestroyedWhileShown()
 {
     QFETCH(bool, ownerGoesToo);
     QFETCH(QStringList, afterwards);
@@ -660,7 +673,7 @@ void tst_InspectorWindow::modeDestroyedWhileShown()
     delete owner.data();
 }
 
-void tst_InspectorWindow::inspectorDestroyedBeforeMode()
+void tst_Inspector::inspectorDestroyedBeforeMode()
 {
     OneOwner s;
     auto inspector = makeShownInspector();
@@ -673,7 +686,7 @@ void tst_InspectorWindow::inspectorDestroyedBeforeMode()
     QCOMPARE(s.mode.view(), view.data());
 }
 
-void tst_InspectorWindow::frameSurvivesRecreation()
+void tst_Inspector::frameSurvivesRecreation()
 {
     const QString key = QStringLiteral("tst.inspector.frame");
     const QRect frame(140, 160, 320, 240);
@@ -703,7 +716,7 @@ void tst_InspectorWindow::frameSurvivesRecreation()
 enum class SaveTrigger { None, QuietPeriod, Hiding, Quitting };
 Q_DECLARE_METATYPE(SaveTrigger)
 
-void tst_InspectorWindow::frameSavedOnceLeftAlone_data()
+void tst_Inspector::frameSavedOnceLeftAlone_data()
 {
     QTest::addColumn<double>("stillFor");
     QTest::addColumn<SaveTrigger>("trigger");
@@ -714,7 +727,7 @@ void tst_InspectorWindow::frameSavedOnceLeftAlone_data()
     QTest::newRow("application quits mid-drag") << 0.1 << SaveTrigger::Quitting << true;
 }
 
-void tst_InspectorWindow::frameSavedOnceLeftAlone()
+void tst_Inspector::frameSavedOnceLeftAlone()
 {
     QFETCH(double, stillFor);
     QFETCH(SaveTrigger, trigger);
@@ -757,7 +770,7 @@ void tst_InspectorWindow::frameSavedOnceLeftAlone()
     QCOMPARE(KQSettings::userDefaults()->value(key).toByteArray(), saved ? inspector.saveGeometry() : QByteArray());
 }
 
-void tst_InspectorWindow::sharedInspectorIsOneHiddenWindow()
+void tst_Inspector::sharedInspectorIsOneHiddenWindow()
 {
     KQInspectorWindow *shared = KQInspectorWindow::sharedInspectorWindow();
     QVERIFY(shared);
@@ -768,5 +781,248 @@ void tst_InspectorWindow::sharedInspectorIsOneHiddenWindow()
     QVERIFY(!shared->canBecomeMainWindow());
 }
 
-QTEST_MAIN(tst_InspectorWindow)
-#include "tst_inspectorwindow.moc"
+void tst_Inspector::showingBuildsTextAndOneTimer()
+{
+    QWidget window;
+    window.setWindowTitle(QStringLiteral("Report.txt"));
+    KQEmptyInspectorMode mode(&window);
+    auto *textView = qobject_cast<QTextEdit *>(mode.view());
+    QVERIFY(textView);
+    QCOMPARE(mode.textView(), textView);
+    QCOMPARE(textView->textInteractionFlags(), Qt::NoTextInteraction);
+
+    // Built at once, not on the first tick.
+    mode.modeWillShow();
+    QCOMPARE(textView->toPlainText(), QStringLiteral("Inspector not available for window:\nReport.txt"));
+    QCOMPARE(textView->document()->begin().blockFormat().alignment(), Qt::AlignHCenter);
+    QPointer<QTimer> first = mode.refreshTimer();
+    QVERIFY(first && first->isActive());
+    QCOMPARE(first->interval(), 2000);
+
+    // Shown again: still exactly one timer.
+    mode.modeWillShow();
+    QVERIFY(first.isNull());
+    QCOMPARE(mode.findChildren<QTimer *>().size(), 1);
+    QVERIFY(mode.refreshTimer()->isActive());
+
+    // Hidden: no timer at all, and hiding twice is harmless.
+    mode.modeWasHidden();
+    mode.modeWasHidden();
+    QCOMPARE(mode.refreshTimer(), nullptr);
+    QVERIFY(mode.findChildren<QTimer *>().isEmpty());
+}
+
+void tst_Inspector::refreshRebuildsOnlyForNewTitle_data()
+{
+    QTest::addColumn<QString>("newTitle");
+    QTest::addColumn<double>("elapsed");
+    QTest::addColumn<bool>("hidden");
+    QTest::addColumn<bool>("rebuilt");
+    QTest::newRow("unchanged") << QStringLiteral("Draft") << 2.0 << false << false;
+    QTest::newRow("renamed") << QStringLiteral("Final") << 2.0 << false << true;
+    QTest::newRow("renamed, much later") << QStringLiteral("Final") << 7.5 << false << true;
+    QTest::newRow("renamed, not yet two seconds") << QStringLiteral("Final") << 1.9 << false << false;
+    QTest::newRow("renamed while hidden") << QStringLiteral("Final") << 2.0 << true << false;
+    QTest::newRow("modified marker") << QStringLiteral("Draft[*]") << 2.0 << false << false;
+}
+
+void tst_Inspector::refreshRebuildsOnlyForNewTitle()
+{
+    QFETCH(QString, newTitle);
+    QFETCH(double, elapsed);
+    QFETCH(bool, hidden);
+    QFETCH(bool, rebuilt);
+    QWidget window;
+    window.setWindowTitle(QStringLiteral("Draft"));
+    KQEmptyInspectorMode mode(&window);
+    double now = 50;
+    mode.setClock([&now] { return now; });
+    mode.modeWillShow();
+    if (hidden)
+        mode.modeWasHidden();
+
+    // Marks the text so a rebuild shows; the clock moves on and the refresh
+    // is polled rather than waited for.
+    mode.textView()->setPlainText(QStringLiteral("sentinel"));
+    window.setWindowTitle(newTitle);
+    now += elapsed;
+    mode.poll();
+    const QString text = mode.textView()->toPlainText();
+    QCOMPARE(text == QStringLiteral("sentinel"), !rebuilt);
+    if (rebuilt)
+        QVERIFY(text.endsWith(newTitle));
+}
+
+void tst_Inspector::missingTitle_data()
+{
+    QTest::addColumn<bool>("withWindow");
+    QTest::addColumn<bool>("windowGoesAway");
+    QTest::newRow("untitled window") << true << false;
+    QTest::newRow("no window") << false << false;
+    QTest::newRow("window closed and deleted") << true << true;
+}
+
+void tst_Inspector::missingTitle()
+{
+    QFETCH(bool, withWindow);
+    QFETCH(bool, windowGoesAway);
+    auto window = std::make_unique<QWidget>();
+    if (windowGoesAway)
+        window->setWindowTitle(QStringLiteral("Soon gone"));
+    KQEmptyInspectorMode mode(withWindow ? window.get() : nullptr);
+    mode.modeWillShow();
+    if (windowGoesAway) {
+        QVERIFY(mode.textView()->toPlainText().endsWith(QStringLiteral("Soon gone")));
+        window.reset();
+        mode.update();
+    }
+    QCOMPARE(mode.lastWindowTitle(), QStringLiteral("?"));
+    QVERIFY(mode.textView()->toPlainText().endsWith(QStringLiteral("\n?")));
+}
+
+void tst_Inspector::documentIcon_data()
+{
+    QTest::addColumn<QString>("filePath");
+    QTest::addColumn<bool>("hasIcon");
+    QTest::newRow("document window") << QStringLiteral("/tmp/Notes.txt") << true;
+    QTest::newRow("window without file") << QString() << false;
+}
+
+void tst_Inspector::documentIcon()
+{
+    QFETCH(QString, filePath);
+    QFETCH(bool, hasIcon);
+    QWidget window;
+    window.setWindowTitle(QStringLiteral("Notes"));
+    QPixmap red(32, 32);
+    red.fill(Qt::red);
+    window.setWindowIcon(QIcon(red));
+    window.setWindowFilePath(filePath);
+    QCOMPARE(kq_documentIconOfWindow(&window).isNull(), !hasIcon);
+
+    KQEmptyInspectorMode mode(&window);
+    mode.modeWillShow();
+    // The text's pieces in order, the notice's line first.
+    QList<QTextFragment> pieces;
+    QList<QTextImageFormat> images;
+    for (QTextBlock block = mode.textView()->document()->begin(); block.isValid(); block = block.next()) {
+        for (auto it = block.begin(); !it.atEnd(); ++it) {
+            pieces.append(it.fragment());
+            if (it.fragment().charFormat().isImageFormat())
+                images.append(it.fragment().charFormat().toImageFormat());
+        }
+    }
+    QVERIFY(!pieces.isEmpty());
+    const QTextCharFormat title = pieces.last().charFormat();
+    QCOMPARE(pieces.last().text(), QStringLiteral("Notes"));
+    // Only the title is raised, and only beside an icon.
+    QCOMPARE(title.property(KQEmptyInspectorMode::BaselineOffsetProperty).toDouble(), hasIcon ? 3.0 : 0.0);
+    QCOMPARE(title.baselineOffset() > 0, hasIcon);
+    QVERIFY(!pieces.first().charFormat().hasProperty(KQEmptyInspectorMode::BaselineOffsetProperty));
+
+    QCOMPARE(images.size(), hasIcon ? 1 : 0);
+    const QString plain = mode.textView()->toPlainText();
+    if (hasIcon) {
+        QCOMPARE(QSizeF(images.first().width(), images.first().height()), QSizeF(16, 16));
+        // The picture itself is there to be drawn.
+        QVERIFY(mode.textView()->document()->resource(QTextDocument::ImageResource, QUrl(images.first().name())).isValid());
+        QVERIFY(plain.endsWith(QChar(QChar::ObjectReplacementCharacter) + QStringLiteral(" Notes")));
+    } else {
+        QVERIFY(plain.endsWith(QStringLiteral("window:\nNotes")));
+    }
+}
+
+void tst_Inspector::flipMirrorsAboutCentreLine_data()
+{
+    QTest::addColumn<double>("y");
+    QTest::addColumn<double>("expected");
+    QTest::newRow("top of the rectangle") << 10.0 << 30.0;
+    QTest::newRow("bottom of the rectangle") << 30.0 << 10.0;
+    QTest::newRow("centre line") << 20.0 << 20.0;
+    QTest::newRow("outside") << 0.0 << 40.0;
+}
+
+void tst_Inspector::flipMirrorsAboutCentreLine()
+{
+    QFETCH(double, y);
+    QFETCH(double, expected);
+    QImage canvas(60, 60, QImage::Format_ARGB32_Premultiplied);
+    QPainter painter(&canvas);
+    painter.translate(5, 0); // what was there before is kept, the flip comes first
+    q_DRAWING_flip_graphics_context_for_rect(&painter, QRectF(0, 10, 50, 20));
+    QCOMPARE(painter.transform().map(QPointF(3, y)), QPointF(8, expected));
+}
+
+void tst_Inspector::transparentCopy_data()
+{
+    QTest::addColumn<double>("fraction");
+    QTest::addColumn<int>("alpha");
+    QTest::newRow("opaque copy") << 1.0 << 255;
+    QTest::newRow("half") << 0.5 << 128;
+    QTest::newRow("invisible") << 0.0 << 0;
+}
+
+void tst_Inspector::transparentCopy()
+{
+    QFETCH(double, fraction);
+    QFETCH(int, alpha);
+    QImage original(12, 7, QImage::Format_ARGB32);
+    original.fill(QColor(200, 40, 40));
+    const QImage copy = q_IMAGE_transparent_image_from_image(original, fraction);
+    QCOMPARE(copy.size(), original.size());
+    QVERIFY(qAbs(copy.pixelColor(3, 3).alpha() - alpha) <= 1);
+    if (alpha == 255)
+        QCOMPARE(copy.pixelColor(3, 3), original.pixelColor(3, 3));
+}
+
+void tst_Inspector::badInputIsRefused()
+{
+    MessageCapture errors;
+    QVERIFY(q_IMAGE_transparent_image_from_image(QImage(), 0.5).isNull());
+    q_DRAWING_flip_graphics_context_for_rect(nullptr, QRectF(0, 0, 1, 1));
+    const QByteArray text = errors.text();
+    QVERIFY(text.contains("(originalImage != nil)"));
+    QVERIFY(text.contains("q_IMAGE_transparent_image_from_image"));
+    QVERIFY(text.contains("painter != nullptr"));
+}
+
+void tst_Inspector::firstRepresentation()
+{
+    QVERIFY(QDX__Copy_NSImage_to_CGImageRef(QIcon()).isNull());
+    QPixmap small(8, 8);
+    small.fill(Qt::green);
+    QPixmap large(32, 32);
+    large.fill(Qt::blue);
+    QIcon icon;
+    icon.addPixmap(small);
+    icon.addPixmap(large);
+    const QImage image = QDX__Copy_NSImage_to_CGImageRef(icon);
+    QCOMPARE(image.size(), QSize(8, 8));
+    QCOMPARE(image.pixelColor(2, 2), QColor(Qt::green));
+}
+
+void tst_Inspector::imageAsText()
+{
+    QImage picture(10, 6, QImage::Format_ARGB32);
+    picture.fill(QColor(10, 200, 30));
+    const QTextDocumentFragment fragment = q_IMAGE_attributed_string_from_image(picture);
+    QCOMPARE(fragment.toPlainText(), QString(QChar(QChar::ObjectReplacementCharacter)));
+
+    // Inserted into any document, the picture comes along.
+    QTextDocument document;
+    QTextCursor cursor(&document);
+    cursor.insertText(QStringLiteral("a"));
+    cursor.insertFragment(fragment);
+    const QTextImageFormat format = cursor.charFormat().toImageFormat();
+    QVERIFY(format.isValid());
+    QCOMPARE(QSizeF(format.width(), format.height()), QSizeF(10, 6));
+    const QVariant resource = document.resource(QTextDocument::ImageResource, QUrl(format.name()));
+    QImage loaded = qvariant_cast<QImage>(resource);
+    if (loaded.isNull())
+        loaded.loadFromData(resource.toByteArray());
+    QCOMPARE(loaded.size(), picture.size());
+    QCOMPARE(loaded.pixelColor(4, 4), picture.pixelColor(4, 4));
+}
+
+QTEST_MAIN(tst_Inspector)
+#include "tst_inspector.moc"
