@@ -176,8 +176,10 @@ private Q_SLOTS:
             // Visible views span the list; hidden ones are left as they were.
             QCOMPARE(frames->at(i).width(), items.at(i).hidden ? 50.0 : 200.0);
         }
+        // Only a list without width or height has nothing to lay out.
         QVERIFY(!KQCollapsibleStacking::stackFrames(items, 0, listHeight));
         QVERIFY(!KQCollapsibleStacking::stackFrames(items, 200, 0));
+        QVERIFY(KQCollapsibleStacking::stackFrames(items, 0.5, 0.5));
     }
 
     void listRules()
@@ -215,6 +217,7 @@ private Q_SLOTS:
         const QString b = QStringLiteral("B");
         QTest::newRow("nothing stored") << QVariant() << QStringList{} << false;
         QTest::newRow("list of strings") << QVariant(QStringList{b, QStringLiteral("C")}) << QStringList{b, QStringLiteral("C")} << false;
+        QTest::newRow("list of strings as variants") << QVariant(QVariantList{b}) << QStringList{b} << false;
         QTest::newRow("one title read back as a string") << QVariant(b) << QStringList{b} << false;
         QTest::newRow("mixed list keeps its strings") << QVariant(QVariantList{b, QVariantMap{{b, 1}}, 7}) << QStringList{b} << true;
         QTest::newRow("a rectangle") << QVariant(QRect(1, 2, 3, 4)) << QStringList{} << true;
