@@ -1,5 +1,5 @@
 // One run of an application holding a collapsible list with an autosave
-// name. tst_collapsiblerestart starts it several times:
+// name. tst_collapsible starts it several times:
 //   --clear            start from empty settings
 //   --collapse A,C     collapse those views, then quit through the event loop
 //   --print            print the titles of the views collapsed after loading

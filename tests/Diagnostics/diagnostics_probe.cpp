@@ -48,8 +48,6 @@ int main(int argc, char *argv[])
         ZLLogWarning(nilMessage);
     } else if (is("warning-utf8")) {
         ZLLogWarning("caf\xc3\xa9 %s", "\xe2\x9c\x93");
-    } else if (is("error-format")) {
-        ZLLogError("%i is not a valid NSRectEdge value", 4);
     } else if (is("error-object")) {
         const QStringList list{QStringLiteral("alpha"), QStringLiteral("beta")};
         _ZLLogError("src\\Kit\\Menu.mm", 77, "f", list);

@@ -1,0 +1,793 @@
+// The tooltips: the timing rules on an injected clock, finding the widget
+// under a point, the window's size, placement and fading, and the controller
+// as a whole on the window system's real input.
+#include "AnsweringWidget.h"
+#include "MessageCapture.h"
+#include "ToolTipController_ZL_p.h"
+#include "ToolTipHitTesting_ZL_p.h"
+#include "ToolTipTiming_ZL_p.h"
+#include "ToolTipWindow_ZL_p.h"
+
+#include <TarnCommon/KQAfterEvent.h>
+#include <TarnCommon/KQApplication.h>
+#include <TarnCommon/KQSettings.h>
+#include <TarnCommon/ToolTipController_ZL.h>
+#include <TarnCommon/ToolTipHitTesting_ZL.h>
+#include <TarnCommon/ToolTipTextView_ZL.h>
+#include <TarnCommon/ToolTipWindow_ZL.h>
+
+#include <QtCore/QTimer>
+#include <QtCore/QVariantAnimation>
+#include <QtGui/QKeyEvent>
+#include <QtGui/QMouseEvent>
+#include <QtGui/QPainter>
+#include <QtGui/QTextDocument>
+#include <QtTest/QTest>
+#include <QtWidgets/QDockWidget>
+#include <QtWidgets/QLabel>
+#include <QtWidgets/QMainWindow>
+#include <QtWidgets/QStatusBar>
+#include <QtWidgets/QToolBar>
+
+#include <cmath>
+#include <memory>
+
+using namespace KQToolTipRules;
+
+namespace {
+
+// Logs what the rules do to the window: "set:Text" ("set~:" unwrapped),
+// "rich:Text", "at:x", and "show@t", "hide@t" (at once), "fade@t".
+class RecordingWindow : public ToolTipPresenter_ZL
+{
+public:
+    explicit RecordingWindow(const double &now) : m_now(now) {}
+    bool isShown() const override { return shown; }
+    void setString(const QString &text, bool wrap) override { log << (wrap ? "set:" : "set~:") + text; }
+    void setAttributedString(const QTextDocumentFragment &text, bool) override { log << "rich:" + text.toPlainText(); }
+    void positionAtMouseLocation(QPointF p) override { log << QStringLiteral("at:%1").arg(p.x()); }
+    void show() override { shown = true; log << QStringLiteral("show@%1").arg(m_now); }
+    void hide(bool fade) override { shown = false; log << QStringLiteral("%1@%2").arg(fade ? "fade" : "hide").arg(m_now); }
+    bool shown = false;
+    QStringList log;
+
+private:
+    const double &m_now;
+};
+
+std::unique_ptr<QEvent> makeEvent(QEvent::Type type, Qt::MouseButtons held = Qt::NoButton, int key = Qt::Key_A)
+{
+    if (type == QEvent::KeyPress || type == QEvent::KeyRelease)
+        return std::make_unique<QKeyEvent>(type, key, Qt::NoModifier);
+    if (type == QEvent::Leave)
+        return std::make_unique<QEvent>(type);
+    return std::make_unique<QMouseEvent>(type, QPointF(1, 1), QPointF(1, 1), Qt::LeftButton, held, Qt::NoModifier);
+}
+
+} // namespace
+
+class TestToolTipTiming : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    // Script steps: m/d/u/k/o/n@t = move, left down, left up, key, other
+    // event (leave), no event at all; p@t = poll. a=Text answers text
+    // (a= nothing), r=Text rich text, i=42 a number, w=0 clears the wrap
+    // flag, x=350 moves the pointer, "detach" leaves the rules windowless.
+    void script_data()
+    {
+        QTest::addColumn<QString>("steps");
+        QTest::addColumn<QString>("window");
+        QTest::addColumn<QString>("state");
+        QTest::addColumn<QString>("report"); // expected exactly once in the output
+        const QString shownAt1 = QStringLiteral("set:Red at:300 show@1");
+        const char *const unsupported = "The result of `toolTipAtPoint:` must be either an `NSString` or an `NSAttributedString`";
+        auto row = [](const char *name, const char *steps, const QString &window, const char *state, const char *report = "") {
+            QTest::newRow(name) << QString::fromLatin1(steps) << window << QString::fromLatin1(state) << QString::fromLatin1(report);
+        };
+        row("never armed: nothing", "p@0.5 p@1 p@5 p@20", "", "Idle");
+        row("first poll a second after the move", "m@0 p@0.5 p@1", shownAt1, "Showing");
+        row("rest counts from the last move", "m@0.1 p@0.5 p@1 p@1.5", "set:Red at:300 show@1.5", "Showing");
+        row("other events restart the rest", "m@0 o@0.8 p@1.5 p@2", "set:Red at:300 show@2", "Showing");
+        row("armed over nothing keeps polling", "a= m@0 p@1 p@1.5 a=Found p@2", "set:Found at:300 show@2", "Showing");
+        row("mouse down then rest: nothing until up", "m@0 d@0.2 p@1 p@3 u@5.2 p@6 p@6.5", "set:Red at:300 show@6.5", "Showing");
+        row("key hides at once, stays hidden", "m@0 p@1 k@1.2 p@3", shownAt1 + " hide@1.2", "Idle");
+        row("moving keeps it", "m@0 p@1 x=320 m@1.2 p@1.5", shownAt1, "Showing");
+        row("same answer: not moved, limit from first showing",
+            "m@0 p@1 x=310 m@1.2 p@1.5 x=320 m@4 p@4.5 p@8 p@11 p@11.5", shownAt1 + " fade@11.5", "Idle");
+        row("different answer: old at once, new at pointer",
+            "m@0 p@1 a=Blue x=350 p@3 p@12.5 p@13.5", shownAt1 + " hide@3 set:Blue at:350 show@3 fade@13.5", "Idle");
+        row("leaving fades after more than a second", "m@0 p@1 a= p@1.5 p@2 p@2.5", shownAt1 + " fade@2.5", "Idle");
+        row("back within the grace keeps it", "m@0 p@1 a= p@1.5 a=Red p@2 a= p@2.5 p@3", shownAt1, "Showing");
+        row("same rich text is not laid out again", "r=<b>Bold</b> m@0 p@1 p@1.5", "rich:Bold at:300 show@1", "Showing");
+        row("the view may clear the wrap flag", "w=0 m@0 p@1", "set~:Red at:300 show@1", "Showing");
+        row("neither text nor rich text: reported once", "i=42 m@0 p@1 p@1.5", "", "Armed", unsupported);
+        row("a notification without an event", "m@0 n@0.5 p@1", shownAt1, "Showing", "theEvent");
+        row("no window: harmless", "detach m@0 p@1 p@1.5 k@2", "", "Idle");
+    }
+    void script()
+    {
+        QFETCH(QString, steps);
+        QFETCH(QString, window);
+        QFETCH(QString, state);
+        QFETCH(QString, report);
+        double now = 0;
+        QPointF pointer(300, 200);
+        QVariant answer = QStringLiteral("Red");
+        bool clearWrap = false;
+        RecordingWindow recorder(now);
+        ToolTipTiming_ZL rules;
+        rules.setClock([&now] { return now; });
+        rules.setPointerLocation([&pointer] { return pointer; });
+        rules.setHitTest([&](bool *wrap, QPointF) {
+            if (clearWrap)
+                *wrap = false;
+            if (answer.metaType() == QMetaType::fromType<QString>()) // equal, never the same object
+                return QVariant(QString(answer.toString().constData(), answer.toString().size()));
+            return answer;
+        });
+        rules.setPresenter(&recorder);
+
+        MessageCapture output;
+        for (const QString &step : steps.split(QLatin1Char(' '), Qt::SkipEmptyParts)) {
+            const QString value = step.mid(2);
+            if (step == QLatin1String("detach"))
+                rules.setPresenter(nullptr);
+            else if (step.startsWith(QLatin1String("a=")))
+                answer = value.isEmpty() ? QVariant() : QVariant(value);
+            else if (step.startsWith(QLatin1String("r=")))
+                answer = QVariant::fromValue(QTextDocumentFragment::fromHtml(value));
+            else if (step.startsWith(QLatin1String("i=")))
+                answer = value.toInt();
+            else if (step.startsWith(QLatin1String("w=")))
+                clearWrap = value == QLatin1String("0");
+            else if (step.startsWith(QLatin1String("x=")))
+                pointer.setX(value.toDouble());
+            else {
+                now = value.toDouble();
+                const int kind = QByteArrayLiteral("pmduko").indexOf(step.at(0).toLatin1());
+                const QEvent::Type types[] = {QEvent::MouseMove, QEvent::MouseButtonPress, QEvent::MouseButtonRelease,
+                                              QEvent::KeyPress, QEvent::Leave};
+                if (kind == 0)
+                    rules.timerFired();
+                else if (kind > 0)
+                    rules.handleEvent(makeEvent(types[kind - 1], kind == 2 ? Qt::LeftButton : Qt::NoButton).get());
+                else if (step.startsWith(QLatin1Char('n')))
+                    rules.handleEvent(nullptr);
+                else
+                    QFAIL(qPrintable(step));
+            }
+        }
+        const QString text = QString::fromUtf8(output.text());
+        QCOMPARE(recorder.log.join(QLatin1Char(' ')), window);
+        const char *names[] = {"Idle", "Armed", "Showing"};
+        QCOMPARE(QString::fromLatin1(names[int(rules.state())]), state);
+        QCOMPARE(text.count(report.isEmpty() ? QStringLiteral("\n") : report), report.isEmpty() ? 0 : 1);
+    }
+
+    // What each kind of event does: readiness (+ arm, - disarm, = unchanged)
+    // and whether it hides a shown tooltip at once.
+    void eventTable_data()
+    {
+        QTest::addColumn<int>("type");
+        QTest::addColumn<int>("buttons"); // held, for moves; the key, for keys
+        QTest::addColumn<QString>("effect");
+        const int none = Qt::NoButton;
+        const int a = Qt::Key_A;
+        QTest::newRow("left/right/other down") << int(QEvent::MouseButtonPress) << none << "-hide";
+        QTest::newRow("double click") << int(QEvent::MouseButtonDblClick) << none << "-hide";
+        QTest::newRow("button up") << int(QEvent::MouseButtonRelease) << none << "+hide";
+        QTest::newRow("moved") << int(QEvent::MouseMove) << none << "+";
+        QTest::newRow("left dragged") << int(QEvent::MouseMove) << int(Qt::LeftButton) << "-hide";
+        QTest::newRow("right dragged") << int(QEvent::MouseMove) << int(Qt::RightButton) << "-hide";
+        QTest::newRow("other dragged") << int(QEvent::MouseMove) << int(Qt::MiddleButton) << "-hide";
+        QTest::newRow("title bar move") << int(QEvent::NonClientAreaMouseMove) << none << "+";
+        QTest::newRow("key down") << int(QEvent::KeyPress) << a << "-hide";
+        QTest::newRow("key up") << int(QEvent::KeyRelease) << a << "-hide";
+        // A modifier on its own only changes the flags.
+        QTest::newRow("Shift down") << int(QEvent::KeyPress) << int(Qt::Key_Shift) << "=";
+        QTest::newRow("Control up") << int(QEvent::KeyRelease) << int(Qt::Key_Control) << "=";
+        QTest::newRow("Alt down") << int(QEvent::KeyPress) << int(Qt::Key_Alt) << "=";
+        QTest::newRow("Meta down") << int(QEvent::KeyPress) << int(Qt::Key_Meta) << "=";
+        QTest::newRow("wheel, crossing, anything else") << int(QEvent::Leave) << none << "=";
+    }
+    void eventTable()
+    {
+        QFETCH(int, type);
+        QFETCH(int, buttons);
+        QFETCH(QString, effect);
+        const ToolTipEventEffect_ZL result = ToolTipEventEffect(makeEvent(QEvent::Type(type), Qt::MouseButtons(buttons), buttons).get());
+        const QString got = QLatin1String("=+-").mid(int(result.readiness), 1) + (result.hidesAtOnce ? "hide" : "");
+        QCOMPARE(got, effect);
+    }
+
+    // (Equal text, other text and the same rich text: the script's rows.)
+    void sameAnswer_data()
+    {
+        QTest::addColumn<QVariant>("a");
+        QTest::addColumn<QVariant>("b");
+        QTest::addColumn<bool>("same");
+        const auto rich = QTextDocumentFragment::fromHtml(QStringLiteral("<b>x</b>"));
+        QTest::newRow("equal rich") << QVariant::fromValue(rich) << QVariant::fromValue(QTextDocumentFragment::fromHtml(QStringLiteral("<b>x</b>"))) << true;
+        QTest::newRow("text vs rich") << QVariant(QStringLiteral("x")) << QVariant::fromValue(rich) << false;
+        QTest::newRow("nothing twice") << QVariant() << QVariant() << false;
+    }
+    void sameAnswer()
+    {
+        QFETCH(QVariant, a);
+        QFETCH(QVariant, b);
+        QFETCH(bool, same);
+        QCOMPARE(ToolTipsAreSame_ZL(a, b), same);
+    }
+};
+
+class TestToolTipHitTesting : public QObject
+{
+    Q_OBJECT
+
+    // A 400 x 300 window at (100, 100); answering widgets unless said:
+    //   under 280,10 100x100, covered by a plain widget at the same place
+    //   back 10,10 200x100 and front 60,60 200x100 (later: in front)
+    //   labelled 10,180 150x100 with a label at 0,0 50x50
+    //   hiding 200,180 150x100 with a hidden child at 0,0 50x50
+    std::unique_ptr<QWidget> window;
+    QList<AnsweringWidget *> answering;
+
+    AnsweringWidget *add(const char *name, QRect frame)
+    {
+        auto *w = new AnsweringWidget(QString::fromLatin1(name), window.get());
+        w->setGeometry(frame);
+        answering.append(w);
+        return w;
+    }
+
+    QVariant at(QPointF global)
+    {
+        bool wrap = true;
+        QWidget *w = window.get();
+        return ToolTipAtScreenPoint(&wrap, global, [w](QPointF) { return w; });
+    }
+
+private Q_SLOTS:
+    void init()
+    {
+        window = std::make_unique<QWidget>();
+        window->setGeometry(100, 100, 400, 300);
+        answering.clear();
+        add("under", QRect(280, 10, 100, 100));
+        add("back", QRect(10, 10, 200, 100));
+        add("front", QRect(60, 60, 200, 100));
+        (new QLabel(QStringLiteral("label"), add("labelled", QRect(10, 180, 150, 100))))->setGeometry(0, 0, 50, 50);
+        auto *hidden = new QWidget(add("hiding", QRect(200, 180, 150, 100)));
+        hidden->setGeometry(0, 0, 50, 50);
+        hidden->hide();
+        (new QWidget(window.get()))->setGeometry(280, 10, 100, 100);
+        (new QWidget(window.get(), Qt::Dialog))->setGeometry(0, 0, 400, 300); // its own window
+        window->show();
+        QVERIFY(QTest::qWaitForWindowExposed(window.get()));
+    }
+
+    void cleanup() { window.reset(); }
+
+    // Window coordinates = global - (100, 100).
+    void answers_data()
+    {
+        QTest::addColumn<QPointF>("global");
+        QTest::addColumn<QString>("tooltip"); // empty: none, and nobody asked
+        QTest::newRow("back alone") << QPointF(120, 120) << QStringLiteral("back 10,10");
+        QTest::newRow("overlap: later sibling wins") << QPointF(170, 170) << QStringLiteral("front 10,10");
+        QTest::newRow("top-left corner is inside") << QPointF(110, 110) << QStringLiteral("back 0,0");
+        QTest::newRow("just inside the right edge") << QPointF(309.5, 130) << QStringLiteral("back 199.5,20");
+        QTest::newRow("right edge is outside") << QPointF(310, 130) << QString();
+        QTest::newRow("a label covers the point") << QPointF(120, 290) << QString();
+        QTest::newRow("beside the label") << QPointF(200, 330) << QStringLiteral("labelled 90,50");
+        QTest::newRow("a hidden child covers the point") << QPointF(310, 290) << QString();
+        QTest::newRow("beside the hidden child") << QPointF(400, 330) << QStringLiteral("hiding 100,50");
+        QTest::newRow("no backtracking past a cover") << QPointF(390, 120) << QString();
+        QTest::newRow("title area above the window") << QPointF(200, 90) << QString();
+        QTest::newRow("bottom edge is outside") << QPointF(200, 400) << QString();
+    }
+    void answers()
+    {
+        QFETCH(QPointF, global);
+        QFETCH(QString, tooltip);
+        const QVariant answer = at(global);
+        QCOMPARE(answer.toString(), tooltip);
+        int asked = 0;
+        for (const AnsweringWidget *w : std::as_const(answering))
+            asked += w->asked;
+        QCOMPARE(asked, tooltip.isEmpty() ? 0 : 1); // only the deepest widget is asked
+    }
+
+    void wrapFlagGoesToTheWidget()
+    {
+        auto *noWrap = new AnsweringWidget(QStringLiteral("nowrap"), window.get(), false);
+        noWrap->setGeometry(0, 0, 5, 5);
+        bool wrap = true;
+        QVERIFY(ToolTipAtScreenPoint(&wrap, QPointF(101, 101)).isValid());
+        QVERIFY(!wrap);
+    }
+
+    // Whose window is at the point is the window system's answer.
+    void otherApplicationOrDesktop()
+    {
+        bool wrap = true;
+        QCOMPARE(ToolTipApplicationWindowAt(QPointF(120, 120)), window.get());
+        QVERIFY(!ToolTipAtScreenPoint(&wrap, QPointF(120, 120), [](QPointF) { return nullptr; }).isValid());
+        QCOMPARE(answering[1]->asked, 0);
+        QCOMPARE(ToolTipApplicationWindowAt(QPointF(900, 650)), nullptr);
+        QVERIFY(!ToolTipAtScreenPoint(&wrap, QPointF(900, 650)).isValid());
+    }
+
+    void toolBarItemsAfterTheContent()
+    {
+        QMainWindow main;
+        main.setCentralWidget(new AnsweringWidget(QStringLiteral("central")));
+        auto *toolBar = main.addToolBar(QStringLiteral("Tools"));
+        toolBar->addAction(QStringLiteral("Plain"));
+        auto *gone = new AnsweringWidget(QStringLiteral("gone"));
+        toolBar->addWidget(gone)->setVisible(false);
+        auto *swatch = new AnsweringWidget(QStringLiteral("swatch"));
+        swatch->setFixedSize(40, 20);
+        toolBar->addWidget(swatch);
+        auto *dock = new QDockWidget(QStringLiteral("Dock"), &main);
+        auto *docked = new AnsweringWidget(QStringLiteral("docked"));
+        docked->setMinimumSize(60, 60);
+        dock->setWidget(docked);
+        main.addDockWidget(Qt::LeftDockWidgetArea, dock);
+        main.statusBar()->showMessage(QStringLiteral("Ready"));
+        main.setGeometry(100, 100, 400, 300);
+        main.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&main));
+
+        bool wrap = true;
+        const auto answerAt = [&](QWidget *w, QPoint p) {
+            return ToolTipAtScreenPoint(&wrap, QPointF(w->mapToGlobal(p)), [&main](QPointF) { return &main; }).toString();
+        };
+        QCOMPARE(answerAt(swatch, QPoint(3, 4)), QStringLiteral("swatch 3,4"));
+        QCOMPARE(answerAt(main.centralWidget(), QPoint(7, 8)), QStringLiteral("central 7,8"));
+        // Docks and status bar are content too.
+        QCOMPARE(answerAt(docked, QPoint(5, 6)), QStringLiteral("docked 5,6"));
+        QCOMPARE(GetViewAtPointInWindow(&main, QPointF(main.statusBar()->mapTo(&main, main.statusBar()->rect().center()))),
+                 main.statusBar());
+        // The tool bar's own area, between items, is neither content nor an item.
+        const QPoint between = toolBar->mapTo(&main, QPoint(toolBar->width() - 2, toolBar->height() / 2));
+        QCOMPARE(GetViewAtPointInWindow(&main, QPointF(between)), nullptr);
+        QWidget *button = toolBar->widgetForAction(toolBar->actions().first());
+        QCOMPARE(GetViewAtPointInWindow(&main, QPointF(button->mapTo(&main, QPoint(2, 2)))), button);
+        QCOMPARE(answerAt(button, QPoint(2, 2)), QString()); // a plain tool button does not answer
+        QCOMPARE(gone->asked, 0);
+        QCOMPARE(GetViewAtPointInToolbar(nullptr, QPointF(5, 5)), nullptr);
+    }
+};
+
+class TestToolTipWindow : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void size_data()
+    {
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<bool>("wrap");
+        QTest::addColumn<int>("lines"); // at least so many; 1: exactly one
+        const QString longText = QStringLiteral("A long tooltip text that needs several lines when it wraps");
+        QTest::newRow("wrapped") << longText << true << 3;
+        QTest::newRow("not wrapped") << longText << false << 1;
+        QTest::newRow("empty") << QString() << true << 1;
+        QTest::newRow("rich") << QStringLiteral("<b>Bold</b> and <i>italic</i>") << false << 1;
+    }
+    void size()
+    {
+        QFETCH(QString, text);
+        QFETCH(bool, wrap);
+        QFETCH(int, lines);
+        ToolTipWindow_ZL window;
+        const bool rich = text.startsWith(QLatin1Char('<'));
+        if (rich)
+            window.setAttributedString(QTextDocumentFragment::fromHtml(text), wrap);
+        else if (!text.isEmpty()) // the empty text is what a new window holds
+            window.setString(text, wrap);
+        // The used rectangle of the text, plus 3 above and below.
+        const QRectF used = window.textView()->usedRect();
+        QCOMPARE(window.size(), QSize(int(std::ceil(used.right())), int(std::ceil(used.bottom() + 6))));
+        QCOMPARE(window.textView()->geometry(), QRect(QPoint(0, 0), window.size()));
+        const double line = QFontMetricsF(window.textView()->document()->defaultFont()).lineSpacing();
+        QVERIFY(lines == 1 ? std::abs(used.height() - line) < 1.5 : used.height() >= lines * line - 1);
+        QVERIFY(wrap ? window.width() <= 100 : text.size() < 40 || window.width() > 100);
+        QCOMPARE(window.attributedString().toPlainText(), rich ? QStringLiteral("Bold and italic") : text);
+    }
+
+    // Pale yellow with a black frame at a third, unless a subclass paints
+    // its own background.
+    void painting()
+    {
+        ToolTipWindow_ZL window;
+        window.setString(QStringLiteral("W"), true);
+        QImage image(window.size(), QImage::Format_ARGB32);
+        image.fill(Qt::transparent);
+        window.textView()->render(&image, QPoint(), QRegion(), QWidget::DrawChildren);
+        QCOMPARE(image.pixelColor(2, window.height() / 2), QColor(255, 255, 215, 221));
+        QCOMPARE(image.pixelColor(window.width() / 2, 0), QColor(0, 0, 0, 85));
+
+        struct GreenView : ToolTipTextView_ZL
+        {
+            void drawViewBackgroundInRect(QPainter &painter, const QRectF &) override
+            {
+                painter.fillRect(rect(), Qt::green);
+            }
+        } view;
+        view.resize(40, 20);
+        QImage green(view.size(), QImage::Format_ARGB32);
+        green.fill(Qt::transparent);
+        view.render(&green, QPoint(), QRegion(), QWidget::DrawChildren);
+        QCOMPARE(green.pixelColor(0, 0), QColor(Qt::green));
+    }
+
+    // In y-up space: primary (0, 0, 1000, 700), secondary (1000, 100, 800, 600);
+    // the cursor reaches 16 below its hot spot.
+    void placement_data()
+    {
+        QTest::addColumn<QPointF>("pointer");
+        QTest::addColumn<double>("width");
+        QTest::addColumn<QPointF>("origin");
+        QTest::addColumn<bool>("onScreen");
+        QTest::newRow("top 5 under the cursor") << QPointF(300, 400) << 80.0 << QPointF(300, 359) << true;
+        QTest::newRow("bottom: 30 above") << QPointF(300, 30) << 80.0 << QPointF(300, 60) << true;
+        QTest::newRow("just fits at the bottom") << QPointF(300, 41) << 80.0 << QPointF(300, 0) << true;
+        QTest::newRow("right edge") << QPointF(950, 400) << 80.0 << QPointF(920, 359) << true;
+        QTest::newRow("wider than the screen") << QPointF(500, 400) << 1200.0 << QPointF(-200, 359) << true;
+        QTest::newRow("secondary's left edge") << QPointF(1000, 300) << 80.0 << QPointF(1000, 259) << true;
+        QTest::newRow("secondary bottom") << QPointF(1200, 130) << 80.0 << QPointF(1200, 160) << true;
+        QTest::newRow("right of every screen: at the pointer") << QPointF(1800, 300) << 80.0 << QPointF(1800, 259) << false;
+        QTest::newRow("under the secondary: at the pointer, above it") << QPointF(1500, 30) << 80.0 << QPointF(1500, 60) << false;
+        QTest::newRow("left of every screen") << QPointF(-50, 400) << 80.0 << QPointF(0, 359) << false;
+        QTest::newRow("below every screen") << QPointF(-10, -5) << 80.0 << QPointF(0, 25) << false;
+    }
+    void placement()
+    {
+        QFETCH(QPointF, pointer);
+        QFETCH(double, width);
+        QFETCH(QPointF, origin);
+        QFETCH(bool, onScreen);
+        const QList<QRectF> frames{QRectF(0, 0, 1000, 700), QRectF(1000, 100, 800, 600)};
+        MessageCapture output;
+        QCOMPARE(ToolTipWindowOrigin(pointer, QSizeF(width, 20), frames, 16.0), origin);
+        const QByteArray expected = QStringLiteral("No screen found at point {%1, %2}").arg(pointer.x()).arg(pointer.y()).toUtf8();
+        QCOMPARE(output.text().contains(expected), !onScreen);
+    }
+
+    // How far the cursor reaches below the pointer: a bitmap's image and
+    // hot spot, or a standard shape of the theme's size held at its hot spot.
+    void cursorReach_data()
+    {
+        QTest::addColumn<int>("height"); // 0: a standard shape
+        QTest::addColumn<int>("hotSpotY");
+        QTest::addColumn<int>("shape");
+        QTest::addColumn<QByteArray>("xcursorSize");
+        QTest::addColumn<double>("below");
+        const int arrow = Qt::ArrowCursor;
+        QTest::newRow("image, hot spot at the top") << 32 << 0 << arrow << QByteArray() << 32.0;
+        QTest::newRow("image, hot spot centred") << 24 << 12 << arrow << QByteArray() << 12.0;
+        QTest::newRow("standard arrow") << 0 << 0 << arrow << QByteArray() << 16.0;
+        QTest::newRow("standard arrow, sized") << 0 << 0 << arrow << QByteArray("24") << 24.0;
+        QTest::newRow("I-beam, held in its middle") << 0 << 0 << int(Qt::IBeamCursor) << QByteArray("32") << 16.0;
+        QTest::newRow("pointing hand") << 0 << 0 << int(Qt::PointingHandCursor) << QByteArray("32") << 32.0;
+        QTest::newRow("blank") << 0 << 0 << int(Qt::BlankCursor) << QByteArray("32") << 0.0;
+    }
+    void cursorReach()
+    {
+        QFETCH(int, height);
+        QFETCH(int, hotSpotY);
+        QFETCH(int, shape);
+        QFETCH(QByteArray, xcursorSize);
+        QFETCH(double, below);
+        QPixmap image(16, qMax(height, 1));
+        image.fill(Qt::black);
+        QGuiApplication::setOverrideCursor(height ? QCursor(image, 0, hotSpotY) : QCursor(Qt::CursorShape(shape)));
+        qputenv("XCURSOR_SIZE", xcursorSize);
+        const double reach = ToolTipCursorReachBelowHotSpot();
+        qunsetenv("XCURSOR_SIZE");
+        QGuiApplication::restoreOverrideCursor();
+        QCOMPARE(reach, below);
+    }
+
+    // The cursor theme's size as X finds it.
+    void cursorThemeSize_data()
+    {
+        QTest::addColumn<QByteArray>("xcursorSize");
+        QTest::addColumn<QByteArray>("resources");
+        QTest::addColumn<int>("screenPixels");
+        QTest::addColumn<int>("size");
+        const QByteArray sized("Xft.antialias:\t1\nXcursor.size:\t48\nXft.dpi:\t96\n");
+        QTest::newRow("the environment first") << QByteArray("24") << sized << 1080 << 24;
+        QTest::newRow("then the resource") << QByteArray() << sized << 1080 << 48;
+        QTest::newRow("then the font resolution") << QByteArray() << QByteArray("Xft.dpi: 144\n") << 1080 << 32;
+        QTest::newRow("then the screen") << QByteArray("junk") << QByteArray("Xcursor.theme: Adwaita\n") << 1080 << 22;
+        QTest::newRow("nothing known") << QByteArray() << QByteArray() << 0 << 16;
+    }
+    void cursorThemeSize()
+    {
+        QFETCH(QByteArray, xcursorSize);
+        QFETCH(QByteArray, resources);
+        QFETCH(int, screenPixels);
+        QFETCH(int, size);
+        QCOMPARE(ToolTipCursorThemeSize(xcursorSize, resources, screenPixels), size);
+    }
+
+    // Qt global coordinates: the primary screen is 1000 x 700 at (0, 0).
+    // (The plain case below the pointer: the controller's test.)
+    void positionsOnTheScreens()
+    {
+        QGuiApplication::setOverrideCursor(QCursor(Qt::ArrowCursor));
+        ToolTipWindow_ZL window;
+        window.setString(QStringLiteral("Green: 80"), true);
+        window.positionAtMouseLocation(QPointF(300, 690));
+        QCOMPARE(window.geometry().bottom() + 1, 660);
+        window.positionAtMouseLocation(QPointF(1795, 100));
+        QCOMPARE(window.geometry().right() + 1, 1800);
+        QGuiApplication::restoreOverrideCursor();
+    }
+
+    // A fade that runs out, or is cut short by showing again, a plain
+    // widget hide or new text.
+    void fade_data()
+    {
+        QTest::addColumn<QString>("interruption");
+        QTest::addColumn<bool>("showAgain");
+        QTest::newRow("runs out") << "" << false;
+        QTest::newRow("show again") << "show" << true;
+        QTest::newRow("hidden as a plain widget") << "QWidget::hide" << false;
+        QTest::newRow("new text") << "text" << false;
+    }
+    void fade()
+    {
+        QFETCH(QString, interruption);
+        QFETCH(bool, showAgain);
+        ToolTipWindow_ZL window;
+        window.hide(true); // not shown: nothing, not even an animation
+        QVERIFY(window.findChild<QVariantAnimation *>() == nullptr);
+        window.show();
+        window.hide(false);
+        QVERIFY(!window.isVisible());
+        window.show();
+        QVERIFY(window.isShown());
+        window.hide(true);
+        QVERIFY(window.isVisible() && !window.isShown()); // fading already counts as hidden
+        auto *fade = window.findChild<QVariantAnimation *>();
+        fade->setCurrentTime(fade->duration() / 2);
+        QVERIFY(window.windowOpacity() < 1.0);
+        if (interruption.isEmpty())
+            fade->setCurrentTime(fade->duration());
+        else if (interruption == QLatin1String("show"))
+            window.show();
+        else if (interruption == QLatin1String("QWidget::hide"))
+            window.QWidget::hide();
+        else
+            window.setString(QStringLiteral("Changed"), true);
+        QVERIFY(!window.isFading());
+        QCOMPARE(window.isShown(), showAgain);
+        QCOMPARE(window.isVisible(), showAgain);
+        if (showAgain)
+            QCOMPARE(window.windowOpacity(), 1.0);
+    }
+};
+
+class TestToolTipController : public QObject
+{
+    Q_OBJECT
+
+    double now = 100.0;
+    std::unique_ptr<QWidget> window;
+    QPointer<AnsweringWidget> chart;
+    std::unique_ptr<ToolTipController_ZL> controller;
+
+    ToolTipWindow_ZL *tip() const { return controller->toolTipWindow(); }
+    // Time passes, then the timer fires (through its own signal).
+    void poll(double seconds)
+    {
+        now += seconds;
+        QVERIFY(QMetaObject::invokeMethod(ToolTipControllerTimer(controller.get()), "timeout"));
+    }
+
+private Q_SLOTS:
+    // A chart window at (100, 100) and a started controller whose pointer
+    // rests at chart (50, 60).
+    void init()
+    {
+        window = std::make_unique<QWidget>();
+        window->setGeometry(100, 100, 300, 200);
+        chart = new AnsweringWidget(QStringLiteral("chart"), window.get());
+        chart->setGeometry(0, 0, 300, 200);
+        window->show();
+        QVERIFY(QTest::qWaitForWindowExposed(window.get()));
+        controller = std::make_unique<ToolTipController_ZL>();
+        ToolTipTiming_ZL &timing = ToolTipControllerTiming(controller.get());
+        timing.setClock([this] { return now; });
+        timing.setPointerLocation([] { return QPointF(150, 160); });
+        controller->startup();
+    }
+
+    void cleanup()
+    {
+        controller.reset();
+        window.reset();
+    }
+
+    // The shared instance is the application's and not started; starting
+    // twice makes one window, one timer and one observer.
+    void startup()
+    {
+        ToolTipController_ZL *shared = ToolTipController_ZL::sharedToolTipController();
+        QCOMPARE(ToolTipController_ZL::sharedToolTipController(), shared);
+        QCOMPARE(shared->parent(), qApp);
+        QCOMPARE(shared->toolTipWindow(), nullptr);
+        QCOMPARE(ToolTipControllerTimer(shared), nullptr);
+        MessageCapture output;
+        KQPostAfterEventNotification(nullptr);
+        QVERIFY(output.text().contains("Assertion: (theEvent)"));
+
+        const int observers = KQAfterEventNotifier::instance()->observerCount();
+        ToolTipWindow_ZL *first = tip();
+        controller->startup();
+        QCOMPARE(tip(), first);
+        QCOMPARE(controller->findChildren<QTimer *>().size(), 1);
+        QCOMPARE(KQAfterEventNotifier::instance()->observerCount(), observers);
+        QCOMPARE(ToolTipControllerTimer(controller.get())->interval(), 500);
+        QVERIFY(ToolTipControllerTimer(controller.get())->isActive());
+        QPointer<ToolTipWindow_ZL> window = tip();
+        controller.reset();
+        QVERIFY(window.isNull());
+        QCOMPARE(KQAfterEventNotifier::instance()->observerCount(), observers - 1);
+    }
+
+    // Real input through the window system: KQApplication posts it.
+    void showsAfterRestAndHidesOnPress()
+    {
+        QTest::mouseMove(window.get(), QPoint(50, 60));
+        poll(0.5);
+        QVERIFY(!tip()->isVisible());
+        poll(0.5);
+        QVERIFY(tip()->isShown());
+        QCOMPARE(tip()->attributedString().toPlainText(), QStringLiteral("chart 50,60"));
+        QCOMPARE(tip()->pos(), QPoint(150, 160 + 16 + 5));
+        QTest::mousePress(window->windowHandle(), Qt::LeftButton, Qt::NoModifier, QPoint(50, 60));
+        QVERIFY(!tip()->isVisible()); // at once, no fade
+        QTest::mouseRelease(window->windowHandle(), Qt::LeftButton, Qt::NoModifier, QPoint(50, 60));
+    }
+
+    void noNotificationNoTooltip()
+    {
+        const QSignalBlocker silence(KQAfterEventNotifier::instance());
+        QTest::mouseMove(window.get(), QPoint(50, 60));
+        for (int i = 0; i < 6; ++i)
+            poll(0.5);
+        QVERIFY(!tip()->isVisible());
+        QCOMPARE(chart->asked, 0);
+    }
+
+    // The widget under the pointer and the tooltip window may go at any
+    // time; closing every window (as a quit that is then cancelled does)
+    // takes the tooltip window too, and the next tooltip comes in a new one.
+    void thingsDestroyedUnderway()
+    {
+        QTest::mouseMove(window.get(), QPoint(40, 60)); // (a move to where the last test left it is no move)
+        poll(1.0);
+        QVERIFY(tip()->isShown());
+        delete chart;
+        poll(1.5);
+        QVERIFY(!tip()->isShown()); // nothing under the pointer for over a second
+        QApplication::closeAllWindows();
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        QCOMPARE(tip(), nullptr);
+        window->show();
+        QVERIFY(QTest::qWaitForWindowExposed(window.get()));
+        QTest::mouseMove(window.get(), QPoint(60, 60)); // no window, nothing to show
+        poll(1.0);
+        QTest::keyClick(window->windowHandle(), Qt::Key_A);
+        QCOMPARE(ToolTipControllerTiming(controller.get()).state(), ToolTipTiming_ZL::State::Idle);
+        (new AnsweringWidget(QStringLiteral("chart"), window.get()))->setGeometry(0, 0, 300, 200);
+        ToolTipControllerTiming(controller.get()).setPointerLocation([] { return QPointF(170, 160); });
+        QTest::mouseMove(window.get(), QPoint(70, 60));
+        poll(1.0);
+        QVERIFY(tip() != nullptr);
+        QVERIFY(tip()->isShown());
+        QCOMPARE(tip()->attributedString().toPlainText(), QStringLiteral("chart 70,60"));
+        QVERIFY(ToolTipControllerTimer(controller.get())->isActive());
+    }
+
+    // The window hidden behind the rules' back (with the application, or by
+    // a plain widget hide): the same answer comes back after the next rest.
+    void hiddenElsewhereShowsAgain_data()
+    {
+        QTest::addColumn<bool>("deactivate");
+        QTest::newRow("application deactivated and back") << true;
+        QTest::newRow("window hidden as a widget") << false;
+    }
+    void hiddenElsewhereShowsAgain()
+    {
+        QFETCH(bool, deactivate);
+        QTest::mouseMove(window.get(), QPoint(50, 61));
+        poll(1.0);
+        QVERIFY(tip()->isShown());
+        if (deactivate) {
+            Q_EMIT qApp->applicationStateChanged(Qt::ApplicationInactive);
+            QVERIFY(!tip()->isVisible());
+            Q_EMIT qApp->applicationStateChanged(Qt::ApplicationActive);
+        } else {
+            tip()->QWidget::hide();
+        }
+        QTest::mouseMove(window.get(), QPoint(50, 60));
+        poll(1.0);
+        QVERIFY(tip()->isShown());
+        QCOMPARE(tip()->attributedString().toPlainText(), QStringLiteral("chart 50,60"));
+    }
+
+    // What an application's own test does: its clock, the real pointer,
+    // polls on demand; nothing from inside the library.
+    void applicationTestDrivesItsClock()
+    {
+        double clock = 5.0;
+        ToolTipController_ZL own;
+        own.setClock([&clock] { return clock; });
+        own.startup();
+        QTest::mouseMove(chart, QPoint(30, 40));
+        clock += 0.9;
+        own.poll();
+        QVERIFY(!own.toolTipWindow()->isVisible());
+        clock += 0.1;
+        own.poll();
+        QVERIFY(own.toolTipWindow()->isShown());
+        QCOMPARE(own.toolTipWindow()->attributedString().toPlainText(), QStringLiteral("chart 30,40"));
+    }
+
+    // Qt hands a window's input on to widgets as new events; the hook posts
+    // once per input, for the event addressed to the window.
+    void postsOncePerInput_data()
+    {
+        QTest::addColumn<int>("input");
+        QTest::addColumn<int>("type");
+        QTest::newRow("move") << 0 << int(QEvent::MouseMove);
+        QTest::newRow("press") << 1 << int(QEvent::MouseButtonPress);
+        QTest::newRow("key") << 2 << int(QEvent::KeyPress);
+    }
+    void postsOncePerInput()
+    {
+        QFETCH(int, input);
+        QFETCH(int, type);
+        QTest::mouseMove(window.get(), QPoint(10, 10));
+        int posted = 0;
+        const auto counter = connect(KQAfterEventNotifier::instance(), &KQAfterEventNotifier::afterEventSent, this,
+                                     [&](QEvent *e) { posted += e->type() == type ? 1 : 0; });
+        if (input == 0)
+            QTest::mouseMove(window.get(), QPoint(20, 20));
+        else if (input == 1)
+            QTest::mouseClick(window->windowHandle(), Qt::LeftButton, Qt::NoModifier, QPoint(20, 20));
+        else
+            QTest::keyClick(window->windowHandle(), Qt::Key_A);
+        disconnect(counter);
+        QCOMPARE(posted, 1);
+        // Paint traffic of a window and events sent straight to a widget are not input.
+        QEvent update(QEvent::UpdateRequest);
+        QVERIFY(!KQIsAfterEventCandidate(window->windowHandle(), &update));
+        QKeyEvent key(QEvent::KeyPress, Qt::Key_A, Qt::NoModifier);
+        QVERIFY(!KQIsAfterEventCandidate(chart, &key));
+        QVERIFY(KQIsAfterEventCandidate(window->windowHandle(), &key));
+    }
+};
+
+int main(int argc, char *argv[])
+{
+    KQApplication application(argc, argv);
+    KQSettings::enableTestMode();
+    TestToolTipTiming timing;
+    TestToolTipHitTesting hitTesting;
+    TestToolTipWindow window;
+    TestToolTipController controller;
+    int failures = 0;
+    for (QObject *test : std::initializer_list<QObject *>{&timing, &hitTesting, &window, &controller})
+        failures += QTest::qExec(test, argc, argv);
+    return failures;
+}
+#include "tst_tooltips.moc"
