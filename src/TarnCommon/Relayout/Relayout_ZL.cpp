@@ -6,7 +6,10 @@
 #include <TarnCommon/KQLog.h>
 #include <TarnCommon/KQWindowDelegate.h>
 
+#include <QtCore/QHash>
 #include <QtCore/QMetaMethod>
+#include <QtCore/QPointer>
+#include <QtCore/QSet>
 #include <QtWidgets/QAbstractScrollArea>
 #include <QtWidgets/QAbstractSlider>
 #include <QtWidgets/QAbstractSpinBox>
@@ -25,6 +28,7 @@
 #include <QtWidgets/QTabWidget>
 
 #include <cmath>
+#include <optional>
 
 using namespace KQRelayout;
 
@@ -32,7 +36,19 @@ namespace {
 
 double s_gap = DefaultGap;
 
-void linkFriends(std::vector<View> &level);
+// The window delegate and its two hooks, looked up once for a whole pass:
+// every widget a pass visits shares one window, and finding the delegate
+// costs a scan of the window's children.
+struct Hooks
+{
+    explicit Hooks(const QWidget *view);
+    QPointer<QObject> delegate;
+    QMetaMethod shouldRelayout;
+    QMetaMethod alignedFriends;
+};
+
+bool shouldResolve(const QWidget *view, const Hooks &hooks);
+void linkFriends(std::vector<View> &level, const Hooks &hooks);
 
 const char *const MaskProperty = "autoresizingMask";
 const char *const TagProperty = "tag";
@@ -131,11 +147,10 @@ double lineEditWidth(const QLineEdit *edit)
 // A friend given by the delegate counts only while it is a live sibling; the
 // comparison is by address against the parent's children, so a deleted one
 // is never touched.
-QList<QWidget *> checkedFriends(const QWidget *view, const QList<QObject *> &answer)
+QList<QWidget *> checkedFriends(const QWidget *view, const QList<QObject *> &answer,
+                                const QSet<const QObject *> &siblings)
 {
     QList<QWidget *> friends;
-    const QWidget *parent = view->parentWidget();
-    const QObjectList siblings = parent ? parent->children() : QObjectList();
     for (QObject *candidate : answer) {
         if (!candidate || !siblings.contains(candidate) || !candidate->isWidgetType()) {
             ZLLogWarning("Relayout: an aligned friend of %s is not one of its siblings (deleted, null or of "
@@ -148,13 +163,25 @@ QList<QWidget *> checkedFriends(const QWidget *view, const QList<QObject *> &ans
     return friends;
 }
 
-View snapshot(QWidget *w, bool enter)
+QSet<const QObject *> childSet(const QWidget *parent)
+{
+    QSet<const QObject *> set;
+    if (parent) {
+        const QObjectList &children = parent->children();
+        set.reserve(children.size());
+        for (const QObject *child : children)
+            set.insert(child);
+    }
+    return set;
+}
+
+View snapshot(QWidget *w, bool enter, const Hooks &hooks)
 {
     View view;
     view.owner = w;
     view.frame = Frame{double(w->x()), double(w->y()), double(w->width()), double(w->height())};
     view.mask = f_autoresizingMask(w);
-    view.participates = f_shouldResolveCollision(w);
+    view.participates = shouldResolve(w, hooks);
     view.optOutTag = f_tag(w) == OptOutTag;
     view.contentView = isContentView(w);
     if (isControl(w)) {
@@ -170,8 +197,8 @@ View snapshot(QWidget *w, bool enter)
         const QList<QWidget *> children = subviews(w);
         view.children.reserve(children.size());
         for (QWidget *child : children)
-            view.children.push_back(snapshot(child, true));
-        linkFriends(view.children);
+            view.children.push_back(snapshot(child, true, hooks));
+        linkFriends(view.children, hooks);
     }
     return view;
 }
@@ -224,6 +251,7 @@ Settings currentSettings()
 // entered when \a enter; a window stands alone.
 std::vector<View> levelOf(QWidget *w, std::size_t *index, bool enter)
 {
+    const Hooks hooks(w);
     std::vector<View> level;
     QWidget *parent = w->isWindow() ? nullptr : w->parentWidget();
     const QList<QWidget *> siblings = parent ? subviews(parent) : QList<QWidget *>{w};
@@ -231,9 +259,9 @@ std::vector<View> levelOf(QWidget *w, std::size_t *index, bool enter)
     for (QWidget *sibling : siblings) {
         if (sibling == w)
             *index = level.size();
-        level.push_back(snapshot(sibling, enter && sibling == w));
+        level.push_back(snapshot(sibling, enter && sibling == w, hooks));
     }
-    linkFriends(level);
+    linkFriends(level, hooks);
     return level;
 }
 
@@ -253,26 +281,101 @@ bool invokeDelegate(QObject *delegate, const QMetaMethod &method, const QWidget 
     return false;
 }
 
-QMetaMethod delegateHook(const QWidget *view, const char *name, QObject **delegate)
+QMetaMethod hookNamed(const QObject *delegate, const char *name)
 {
-    *delegate = kq_windowDelegate(view);
-    const int index = kq_indexOfMethodNamed(*delegate, name);
-    return index < 0 ? QMetaMethod() : (*delegate)->metaObject()->method(index);
+    const int index = kq_indexOfMethodNamed(delegate, name);
+    return index < 0 ? QMetaMethod() : delegate->metaObject()->method(index);
+}
+
+Hooks::Hooks(const QWidget *view)
+    : delegate(kq_windowDelegate(view))
+    , shouldRelayout(hookNamed(delegate, "f_shouldRelayoutObject"))
+    , alignedFriends(hookNamed(delegate, "f_alignedFriendsOfView"))
+{
+}
+
+bool shouldResolve(const QWidget *view, const Hooks &hooks)
+{
+    if (f_tag(view) == OptOutTag || isSeparator(view) || isScrollMachinery(view))
+        return false;
+    if (const auto *box = qobject_cast<const QGroupBox *>(view);
+        box && box->title() == QLatin1String(KQNoRelayoutTitle))
+        return false;
+    // A delegate deleted by an earlier answer of the same pass answers nothing more.
+    if (!hooks.shouldRelayout.isValid() || !hooks.delegate)
+        return true;
+    // Any one-byte answer is a yes/no (bool, char); nothing wider can be.
+    unsigned char answer = 1;
+    if (hooks.shouldRelayout.returnMetaType().sizeOf() != 1
+        || !invokeDelegate(hooks.delegate, hooks.shouldRelayout, view, &answer)) {
+        ZLLogWarning("Relayout: the window delegate's f_shouldRelayoutObject must take a QWidget* and answer a "
+                     "bool; it is ignored");
+        return true;
+    }
+    return answer != 0;
+}
+
+// The delegate's answer as objects, not yet checked; an answer of another type is reported and counts as none.
+QList<QObject *> delegateFriends(const QWidget *view, const Hooks &hooks)
+{
+    const QMetaMethod &hook = hooks.alignedFriends;
+    if (!hook.isValid() || !hooks.delegate)
+        return {};
+    const QMetaType type = hook.returnMetaType();
+    QList<QObject *> answer;
+    bool understood = false;
+    if (type == QMetaType::fromType<QList<QWidget *>>()) {
+        QList<QWidget *> widgets;
+        understood = invokeDelegate(hooks.delegate, hook, view, &widgets);
+        for (QWidget *w : widgets)
+            answer.append(w); // a pointer conversion only, never a dereference
+    } else if (type == QMetaType::fromType<QList<QObject *>>()) {
+        understood = invokeDelegate(hooks.delegate, hook, view, &answer);
+    } else if (type == QMetaType::fromType<QVariantList>()) {
+        QVariantList values;
+        understood = invokeDelegate(hooks.delegate, hook, view, &values);
+        for (const QVariant &value : values) {
+            if (value.metaType() == QMetaType::fromType<QWidget *>())
+                answer.append(*static_cast<QWidget *const *>(value.constData()));
+            else if (value.metaType() == QMetaType::fromType<QObject *>())
+                answer.append(*static_cast<QObject *const *>(value.constData()));
+            else
+                answer.append(nullptr);
+        }
+    }
+    if (!understood) {
+        ZLLogWarning("Relayout: the window delegate's f_alignedFriendsOfView must take a QWidget* and answer a "
+                     "QList<QWidget*>; it is ignored");
+        return {};
+    }
+    return answer;
 }
 
 // Friends as indices into the level; the rules know only their siblings.
-void linkFriends(std::vector<View> &level)
+// The sibling set and the index by widget are built once per level, and only
+// when the delegate names any friend at all.
+void linkFriends(std::vector<View> &level, const Hooks &hooks)
 {
+    if (!hooks.alignedFriends.isValid())
+        return;
+    std::optional<QSet<const QObject *>> siblings;
+    QHash<const void *, std::size_t> indexOf;
     for (View &view : level) {
         view.friends.clear();
-        const QList<QWidget *> friends = f_alignedFriends(static_cast<QWidget *>(view.owner));
-        for (QWidget *f : friends) {
-            for (std::size_t i = 0; i < level.size(); ++i) {
-                if (level[i].owner == f) {
-                    view.friends.push_back(i);
-                    break;
-                }
-            }
+        const auto *owner = static_cast<const QWidget *>(view.owner);
+        const QList<QObject *> answer = delegateFriends(owner, hooks);
+        if (answer.isEmpty())
+            continue;
+        if (!siblings) {
+            siblings = childSet(owner->parentWidget()); // one parent for the whole level
+            indexOf.reserve(qsizetype(level.size()));
+            for (std::size_t i = 0; i < level.size(); ++i)
+                indexOf.insert(level[i].owner, i);
+        }
+        for (QWidget *f : checkedFriends(owner, answer, *siblings)) {
+            const auto found = indexOf.constFind(f);
+            if (found != indexOf.constEnd())
+                view.friends.push_back(found.value());
         }
     }
 }
@@ -344,60 +447,14 @@ void f_expandToFitContent(QWidget *view)
 bool f_shouldResolveCollision(const QWidget *view)
 {
     KQAssert(view != nullptr, false);
-    if (f_tag(view) == OptOutTag || isSeparator(view) || isScrollMachinery(view))
-        return false;
-    if (const auto *box = qobject_cast<const QGroupBox *>(view);
-        box && box->title() == QLatin1String(KQNoRelayoutTitle))
-        return false;
-    QObject *delegate = nullptr;
-    const QMetaMethod hook = delegateHook(view, "f_shouldRelayoutObject", &delegate);
-    if (!hook.isValid())
-        return true;
-    // Any one-byte answer is a yes/no (bool, char); nothing wider can be.
-    unsigned char answer = 1;
-    if (hook.returnMetaType().sizeOf() != 1 || !invokeDelegate(delegate, hook, view, &answer)) {
-        ZLLogWarning("Relayout: the window delegate's f_shouldRelayoutObject must take a QWidget* and answer a "
-                     "bool; it is ignored");
-        return true;
-    }
-    return answer != 0;
+    return shouldResolve(view, Hooks(view));
 }
 
 QList<QWidget *> f_alignedFriends(const QWidget *view)
 {
     KQAssert(view != nullptr, {});
-    QObject *delegate = nullptr;
-    const QMetaMethod hook = delegateHook(view, "f_alignedFriendsOfView", &delegate);
-    if (!hook.isValid())
-        return {};
-    const QMetaType type = hook.returnMetaType();
-    QList<QObject *> answer;
-    bool understood = false;
-    if (type == QMetaType::fromType<QList<QWidget *>>()) {
-        QList<QWidget *> widgets;
-        understood = invokeDelegate(delegate, hook, view, &widgets);
-        for (QWidget *w : widgets)
-            answer.append(w); // a pointer conversion only, never a dereference
-    } else if (type == QMetaType::fromType<QList<QObject *>>()) {
-        understood = invokeDelegate(delegate, hook, view, &answer);
-    } else if (type == QMetaType::fromType<QVariantList>()) {
-        QVariantList values;
-        understood = invokeDelegate(delegate, hook, view, &values);
-        for (const QVariant &value : values) {
-            if (value.metaType() == QMetaType::fromType<QWidget *>())
-                answer.append(*static_cast<QWidget *const *>(value.constData()));
-            else if (value.metaType() == QMetaType::fromType<QObject *>())
-                answer.append(*static_cast<QObject *const *>(value.constData()));
-            else
-                answer.append(nullptr);
-        }
-    }
-    if (!understood) {
-        ZLLogWarning("Relayout: the window delegate's f_alignedFriendsOfView must take a QWidget* and answer a "
-                     "QList<QWidget*>; it is ignored");
-        return {};
-    }
-    return checkedFriends(view, answer);
+    const QList<QObject *> answer = delegateFriends(view, Hooks(view));
+    return answer.isEmpty() ? QList<QWidget *>() : checkedFriends(view, answer, childSet(view->parentWidget()));
 }
 
 bool f_resolveCollisionWith(QWidget *view, QWidget *other)
