@@ -27,6 +27,7 @@
 #include <QtWidgets/QStyleOptionFrame>
 #include <QtWidgets/QTabWidget>
 
+#include <array>
 #include <cmath>
 #include <optional>
 
@@ -36,22 +37,41 @@ namespace {
 
 double s_gap = DefaultGap;
 
-// The window delegate and its two hooks, looked up once for a whole pass:
-// every widget a pass visits shares one window, and finding the delegate
-// costs a scan of the window's children.
-struct Hooks
+const char *const MaskProperty = "autoresizingMask";
+const char *const TagProperty = "tag";
+
+int maskFrom(const QVariant &value)
 {
-    explicit Hooks(const QWidget *view);
+    bool ok = false;
+    const int mask = value.toInt(&ok);
+    return ok ? mask : DefaultMask;
+}
+
+// What a pass looks up once instead of once per widget. Every widget a pass
+// visits shares one window, and finding its delegate scans the window's
+// children. QObject::property() by name compares the name with every static
+// property of the class before it looks at the dynamic ones, which cost more
+// than the rest of a widget's snapshot: the static lookup is made once per
+// class, and widgets without dynamic properties are not asked at all.
+class Pass
+{
+public:
+    explicit Pass(const QWidget *view);
+
+    int mask(const QWidget *w) { return maskFrom(read(w, 0)); }
+    int tag(const QWidget *w) { return read(w, 1).toInt(); }
+
     QPointer<QObject> delegate;
     QMetaMethod shouldRelayout;
     QMetaMethod alignedFriends;
+
+private:
+    QVariant read(const QWidget *w, int which);
+    QHash<const QMetaObject *, std::array<int, 2>> m_staticIndex; // mask, tag
 };
 
-bool shouldResolve(const QWidget *view, const Hooks &hooks);
-void linkFriends(std::vector<View> &level, const Hooks &hooks);
-
-const char *const MaskProperty = "autoresizingMask";
-const char *const TagProperty = "tag";
+bool shouldResolve(const QWidget *view, int tag, const Pass &pass);
+void linkFriends(std::vector<View> &level, const Pass &pass);
 
 bool isControl(const QWidget *w)
 {
@@ -175,14 +195,15 @@ QSet<const QObject *> childSet(const QWidget *parent)
     return set;
 }
 
-View snapshot(QWidget *w, bool enter, const Hooks &hooks)
+View snapshot(QWidget *w, bool enter, Pass &pass)
 {
     View view;
     view.owner = w;
     view.frame = Frame{double(w->x()), double(w->y()), double(w->width()), double(w->height())};
-    view.mask = f_autoresizingMask(w);
-    view.participates = shouldResolve(w, hooks);
-    view.optOutTag = f_tag(w) == OptOutTag;
+    view.mask = pass.mask(w);
+    const int tag = pass.tag(w);
+    view.participates = shouldResolve(w, tag, pass);
+    view.optOutTag = tag == OptOutTag;
     view.contentView = isContentView(w);
     if (isControl(w)) {
         view.kind = Kind::Control;
@@ -197,8 +218,8 @@ View snapshot(QWidget *w, bool enter, const Hooks &hooks)
         const QList<QWidget *> children = subviews(w);
         view.children.reserve(children.size());
         for (QWidget *child : children)
-            view.children.push_back(snapshot(child, true, hooks));
-        linkFriends(view.children, hooks);
+            view.children.push_back(snapshot(child, true, pass));
+        linkFriends(view.children, pass);
     }
     return view;
 }
@@ -251,7 +272,7 @@ Settings currentSettings()
 // entered when \a enter; a window stands alone.
 std::vector<View> levelOf(QWidget *w, std::size_t *index, bool enter)
 {
-    const Hooks hooks(w);
+    Pass pass(w);
     std::vector<View> level;
     QWidget *parent = w->isWindow() ? nullptr : w->parentWidget();
     const QList<QWidget *> siblings = parent ? subviews(parent) : QList<QWidget *>{w};
@@ -259,9 +280,9 @@ std::vector<View> levelOf(QWidget *w, std::size_t *index, bool enter)
     for (QWidget *sibling : siblings) {
         if (sibling == w)
             *index = level.size();
-        level.push_back(snapshot(sibling, enter && sibling == w, hooks));
+        level.push_back(snapshot(sibling, enter && sibling == w, pass));
     }
-    linkFriends(level, hooks);
+    linkFriends(level, pass);
     return level;
 }
 
@@ -287,27 +308,40 @@ QMetaMethod hookNamed(const QObject *delegate, const char *name)
     return index < 0 ? QMetaMethod() : delegate->metaObject()->method(index);
 }
 
-Hooks::Hooks(const QWidget *view)
+Pass::Pass(const QWidget *view)
     : delegate(kq_windowDelegate(view))
     , shouldRelayout(hookNamed(delegate, "f_shouldRelayoutObject"))
     , alignedFriends(hookNamed(delegate, "f_alignedFriendsOfView"))
 {
 }
 
-bool shouldResolve(const QWidget *view, const Hooks &hooks)
+QVariant Pass::read(const QWidget *w, int which)
 {
-    if (f_tag(view) == OptOutTag || isSeparator(view) || isScrollMachinery(view))
+    const QMetaObject *meta = w->metaObject();
+    auto found = m_staticIndex.find(meta);
+    if (found == m_staticIndex.end())
+        found = m_staticIndex.insert(meta, {meta->indexOfProperty(MaskProperty), meta->indexOfProperty(TagProperty)});
+    const int index = (*found)[which];
+    if (index >= 0)
+        return meta->property(index).read(w);
+    const char *name = which == 0 ? MaskProperty : TagProperty;
+    return w->dynamicPropertyNames().contains(name) ? w->property(name) : QVariant();
+}
+
+bool shouldResolve(const QWidget *view, int tag, const Pass &pass)
+{
+    if (tag == OptOutTag || isSeparator(view) || isScrollMachinery(view))
         return false;
     if (const auto *box = qobject_cast<const QGroupBox *>(view);
         box && box->title() == QLatin1String(KQNoRelayoutTitle))
         return false;
     // A delegate deleted by an earlier answer of the same pass answers nothing more.
-    if (!hooks.shouldRelayout.isValid() || !hooks.delegate)
+    if (!pass.shouldRelayout.isValid() || !pass.delegate)
         return true;
     // Any one-byte answer is a yes/no (bool, char); nothing wider can be.
     unsigned char answer = 1;
-    if (hooks.shouldRelayout.returnMetaType().sizeOf() != 1
-        || !invokeDelegate(hooks.delegate, hooks.shouldRelayout, view, &answer)) {
+    if (pass.shouldRelayout.returnMetaType().sizeOf() != 1
+        || !invokeDelegate(pass.delegate, pass.shouldRelayout, view, &answer)) {
         ZLLogWarning("Relayout: the window delegate's f_shouldRelayoutObject must take a QWidget* and answer a "
                      "bool; it is ignored");
         return true;
@@ -316,24 +350,24 @@ bool shouldResolve(const QWidget *view, const Hooks &hooks)
 }
 
 // The delegate's answer as objects, not yet checked; an answer of another type is reported and counts as none.
-QList<QObject *> delegateFriends(const QWidget *view, const Hooks &hooks)
+QList<QObject *> delegateFriends(const QWidget *view, const Pass &pass)
 {
-    const QMetaMethod &hook = hooks.alignedFriends;
-    if (!hook.isValid() || !hooks.delegate)
+    const QMetaMethod &hook = pass.alignedFriends;
+    if (!hook.isValid() || !pass.delegate)
         return {};
     const QMetaType type = hook.returnMetaType();
     QList<QObject *> answer;
     bool understood = false;
     if (type == QMetaType::fromType<QList<QWidget *>>()) {
         QList<QWidget *> widgets;
-        understood = invokeDelegate(hooks.delegate, hook, view, &widgets);
+        understood = invokeDelegate(pass.delegate, hook, view, &widgets);
         for (QWidget *w : widgets)
             answer.append(w); // a pointer conversion only, never a dereference
     } else if (type == QMetaType::fromType<QList<QObject *>>()) {
-        understood = invokeDelegate(hooks.delegate, hook, view, &answer);
+        understood = invokeDelegate(pass.delegate, hook, view, &answer);
     } else if (type == QMetaType::fromType<QVariantList>()) {
         QVariantList values;
-        understood = invokeDelegate(hooks.delegate, hook, view, &values);
+        understood = invokeDelegate(pass.delegate, hook, view, &values);
         for (const QVariant &value : values) {
             if (value.metaType() == QMetaType::fromType<QWidget *>())
                 answer.append(*static_cast<QWidget *const *>(value.constData()));
@@ -354,16 +388,16 @@ QList<QObject *> delegateFriends(const QWidget *view, const Hooks &hooks)
 // Friends as indices into the level; the rules know only their siblings.
 // The sibling set and the index by widget are built once per level, and only
 // when the delegate names any friend at all.
-void linkFriends(std::vector<View> &level, const Hooks &hooks)
+void linkFriends(std::vector<View> &level, const Pass &pass)
 {
-    if (!hooks.alignedFriends.isValid())
+    if (!pass.alignedFriends.isValid())
         return;
     std::optional<QSet<const QObject *>> siblings;
     QHash<const void *, std::size_t> indexOf;
     for (View &view : level) {
         view.friends.clear();
         const auto *owner = static_cast<const QWidget *>(view.owner);
-        const QList<QObject *> answer = delegateFriends(owner, hooks);
+        const QList<QObject *> answer = delegateFriends(owner, pass);
         if (answer.isEmpty())
             continue;
         if (!siblings) {
@@ -447,13 +481,14 @@ void f_expandToFitContent(QWidget *view)
 bool f_shouldResolveCollision(const QWidget *view)
 {
     KQAssert(view != nullptr, false);
-    return shouldResolve(view, Hooks(view));
+    Pass pass(view);
+    return shouldResolve(view, pass.tag(view), pass);
 }
 
 QList<QWidget *> f_alignedFriends(const QWidget *view)
 {
     KQAssert(view != nullptr, {});
-    const QList<QObject *> answer = delegateFriends(view, Hooks(view));
+    const QList<QObject *> answer = delegateFriends(view, Pass(view));
     return answer.isEmpty() ? QList<QWidget *>() : checkedFriends(view, answer, childSet(view->parentWidget()));
 }
 
@@ -481,9 +516,7 @@ int f_autoresizingMask(const QWidget *view)
 {
     if (!view)
         return DefaultMask;
-    bool ok = false;
-    const int mask = view->property(MaskProperty).toInt(&ok);
-    return ok ? mask : DefaultMask;
+    return maskFrom(view->property(MaskProperty));
 }
 
 void f_setAutoresizingMask(QWidget *view, int mask)
