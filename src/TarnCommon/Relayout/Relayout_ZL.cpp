@@ -47,6 +47,43 @@ int maskFrom(const QVariant &value)
     return ok ? mask : DefaultMask;
 }
 
+// What relayout needs to know of a widget's class; it depends on the class
+// alone, so a pass works it out once per class instead of by a row of casts
+// per widget.
+enum ClassTrait : unsigned {
+    ControlClass = 1,      // grows to its natural width
+    LineEditClass = 2,     // whose natural width is its text's, not its size hint's
+    FrameClass = 4,        // may be drawn as a separator line
+    ScrollMachinery = 8,   // scroll bars, splitters and their handles never collide
+    ClosedClass = 16,      // Qt sizes its inside: never entered
+    MainWindowClass = 32,  // relayouted through its central widget
+    GroupBoxClass = 64,    // the box rule, and the opt-out title
+};
+
+unsigned classTraits(const QMetaObject *meta)
+{
+    const auto is = [meta](const QMetaObject &base) { return meta->inherits(&base); };
+    unsigned traits = 0;
+    if (is(QAbstractButton::staticMetaObject) || is(QLabel::staticMetaObject) || is(QComboBox::staticMetaObject)
+        || is(QAbstractSpinBox::staticMetaObject) || is(QLineEdit::staticMetaObject)
+        || is(QAbstractSlider::staticMetaObject) || is(QProgressBar::staticMetaObject))
+        traits |= ControlClass | ClosedClass;
+    if (is(QLineEdit::staticMetaObject))
+        traits |= LineEditClass;
+    if (is(QFrame::staticMetaObject))
+        traits |= FrameClass;
+    if (is(QScrollBar::staticMetaObject) || is(QSplitter::staticMetaObject) || is(QSplitterHandle::staticMetaObject))
+        traits |= ScrollMachinery;
+    if (is(QAbstractScrollArea::staticMetaObject) || is(QTabWidget::staticMetaObject)
+        || is(QSplitter::staticMetaObject))
+        traits |= ClosedClass;
+    if (is(QMainWindow::staticMetaObject))
+        traits |= MainWindowClass;
+    if (is(QGroupBox::staticMetaObject))
+        traits |= GroupBoxClass;
+    return traits;
+}
+
 // What a pass looks up once instead of once per widget. Every widget a pass
 // visits shares one window, and finding its delegate scans the window's
 // children. QObject::property() by name compares the name with every static
@@ -60,53 +97,42 @@ public:
 
     int mask(const QWidget *w) { return maskFrom(read(w, 0)); }
     int tag(const QWidget *w) { return read(w, 1).toInt(); }
+    unsigned traits(const QWidget *w) { return classInfo(w->metaObject()).traits; }
 
     QPointer<QObject> delegate;
     QMetaMethod shouldRelayout;
     QMetaMethod alignedFriends;
 
 private:
+    struct ClassInfo
+    {
+        std::array<int, 2> propertyIndex; // mask, tag: static properties of that name, or -1
+        unsigned traits;
+    };
+    const ClassInfo &classInfo(const QMetaObject *meta);
     QVariant read(const QWidget *w, int which);
-    QHash<const QMetaObject *, std::array<int, 2>> m_staticIndex; // mask, tag
+    QHash<const QMetaObject *, ClassInfo> m_classes;
 };
 
-bool shouldResolve(const QWidget *view, int tag, const Pass &pass);
+bool shouldResolve(const QWidget *view, int tag, unsigned traits, const Pass &pass);
 void linkFriends(std::vector<View> &level, const Pass &pass);
 
-bool isControl(const QWidget *w)
+bool isSeparator(const QWidget *w, unsigned traits)
 {
-    return qobject_cast<const QAbstractButton *>(w) || qobject_cast<const QLabel *>(w)
-        || qobject_cast<const QComboBox *>(w) || qobject_cast<const QAbstractSpinBox *>(w)
-        || qobject_cast<const QLineEdit *>(w) || qobject_cast<const QAbstractSlider *>(w)
-        || qobject_cast<const QProgressBar *>(w);
+    if (!(traits & FrameClass))
+        return false;
+    const QFrame::Shape shape = static_cast<const QFrame *>(w)->frameShape();
+    return shape == QFrame::HLine || shape == QFrame::VLine;
 }
 
-bool isSeparator(const QWidget *w)
+bool isScrollMachinery(const QWidget *w, unsigned traits)
 {
-    const auto *frame = qobject_cast<const QFrame *>(w);
-    return frame && (frame->frameShape() == QFrame::HLine || frame->frameShape() == QFrame::VLine);
-}
-
-bool isScrollMachinery(const QWidget *w)
-{
-    if (qobject_cast<const QScrollBar *>(w) || qobject_cast<const QSplitter *>(w)
-        || qobject_cast<const QSplitterHandle *>(w))
+    if (traits & ScrollMachinery)
         return true;
     const auto *area = w->parentWidget() ? qobject_cast<const QAbstractScrollArea *>(w->parentWidget()) : nullptr;
     return area && area->viewport() == w;
 }
 
-// Widgets Qt sizes itself, or whose inside belongs to them: relayout never enters them.
-bool isClosed(const QWidget *w)
-{
-    return isControl(w) || qobject_cast<const QAbstractScrollArea *>(w) || qobject_cast<const QTabWidget *>(w)
-        || qobject_cast<const QSplitter *>(w);
-}
-
-bool isIsland(const QWidget *w)
-{
-    return w->layout() != nullptr && !qobject_cast<const QMainWindow *>(w);
-}
 
 // A window's content view: the window itself, or a main window's central widget.
 bool isContentView(const QWidget *w)
@@ -202,19 +228,20 @@ View snapshot(QWidget *w, bool enter, Pass &pass)
     view.frame = Frame{double(w->x()), double(w->y()), double(w->width()), double(w->height())};
     view.mask = pass.mask(w);
     const int tag = pass.tag(w);
-    view.participates = shouldResolve(w, tag, pass);
+    const unsigned traits = pass.traits(w);
+    view.participates = shouldResolve(w, tag, traits, pass);
     view.optOutTag = tag == OptOutTag;
     view.contentView = isContentView(w);
-    if (isControl(w)) {
+    if (traits & ControlClass) {
         view.kind = Kind::Control;
-        const auto *edit = qobject_cast<const QLineEdit *>(w);
-        view.naturalWidth = edit ? lineEditWidth(edit) : w->sizeHint().width();
-    } else if (isIsland(w)) {
-        view.kind = Kind::Island;
-    } else if (qobject_cast<const QGroupBox *>(w)) {
+        view.naturalWidth = (traits & LineEditClass) ? lineEditWidth(static_cast<const QLineEdit *>(w))
+                                                     : w->sizeHint().width();
+    } else if (w->layout() && !(traits & MainWindowClass)) {
+        view.kind = Kind::Island; // its own layout sizes it
+    } else if (traits & GroupBoxClass) {
         view.kind = Kind::Box;
     }
-    if (enter && view.kind != Kind::Island && !isClosed(w)) {
+    if (enter && view.kind != Kind::Island && !(traits & ClosedClass)) {
         const QList<QWidget *> children = subviews(w);
         view.children.reserve(children.size());
         for (QWidget *child : children)
@@ -315,25 +342,33 @@ Pass::Pass(const QWidget *view)
 {
 }
 
+const Pass::ClassInfo &Pass::classInfo(const QMetaObject *meta)
+{
+    auto found = m_classes.find(meta);
+    if (found == m_classes.end()) {
+        found = m_classes.insert(
+            meta, ClassInfo{{meta->indexOfProperty(MaskProperty), meta->indexOfProperty(TagProperty)},
+                            classTraits(meta)});
+    }
+    return *found;
+}
+
 QVariant Pass::read(const QWidget *w, int which)
 {
     const QMetaObject *meta = w->metaObject();
-    auto found = m_staticIndex.find(meta);
-    if (found == m_staticIndex.end())
-        found = m_staticIndex.insert(meta, {meta->indexOfProperty(MaskProperty), meta->indexOfProperty(TagProperty)});
-    const int index = (*found)[which];
+    const int index = classInfo(meta).propertyIndex[which];
     if (index >= 0)
         return meta->property(index).read(w);
     const char *name = which == 0 ? MaskProperty : TagProperty;
     return w->dynamicPropertyNames().contains(name) ? w->property(name) : QVariant();
 }
 
-bool shouldResolve(const QWidget *view, int tag, const Pass &pass)
+bool shouldResolve(const QWidget *view, int tag, unsigned traits, const Pass &pass)
 {
-    if (tag == OptOutTag || isSeparator(view) || isScrollMachinery(view))
+    if (tag == OptOutTag || isSeparator(view, traits) || isScrollMachinery(view, traits))
         return false;
-    if (const auto *box = qobject_cast<const QGroupBox *>(view);
-        box && box->title() == QLatin1String(KQNoRelayoutTitle))
+    if ((traits & GroupBoxClass)
+        && static_cast<const QGroupBox *>(view)->title() == QLatin1String(KQNoRelayoutTitle))
         return false;
     // A delegate deleted by an earlier answer of the same pass answers nothing more.
     if (!pass.shouldRelayout.isValid() || !pass.delegate)
@@ -482,7 +517,7 @@ bool f_shouldResolveCollision(const QWidget *view)
 {
     KQAssert(view != nullptr, false);
     Pass pass(view);
-    return shouldResolve(view, pass.tag(view), pass);
+    return shouldResolve(view, pass.tag(view), pass.traits(view), pass);
 }
 
 QList<QWidget *> f_alignedFriends(const QWidget *view)
