@@ -34,9 +34,15 @@ inline bool kq_pointInRect(const QPointF &p, const QRectF &r)
     return p.x() >= kq_minX(r) && p.x() < kq_maxX(r) && p.y() >= kq_minY(r) && p.y() < kq_maxY(r);
 }
 
-/*! True when \a a and \a b overlap by a positive area; rectangles that only touch do not. */
+/*!
+    True when \a a and \a b overlap by a positive area; rectangles that only
+    touch do not, and an empty rectangle (see kq_isEmptyRect()) meets nothing,
+    even inside another.
+*/
 inline bool kq_intersectsRect(const QRectF &a, const QRectF &b)
 {
+    if (kq_isEmptyRect(a) || kq_isEmptyRect(b))
+        return false;
     return !(kq_maxX(a) <= kq_minX(b) || kq_maxX(b) <= kq_minX(a) || kq_maxY(a) <= kq_minY(b)
              || kq_maxY(b) <= kq_minY(a));
 }

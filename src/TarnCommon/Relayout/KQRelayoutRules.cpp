@@ -30,32 +30,61 @@ std::vector<double> extents(const std::vector<View> &siblings)
 
 // For each sibling, the siblings whose rows it shares, in subview order. The
 // rules never change y or height, so views that do not share a row cannot
-// collide in this level: this keeps a sweep linear for dialogs of rows.
-std::vector<std::vector<std::size_t>> rowPartners(const std::vector<View> &siblings)
+// collide in this level: a sweep then costs the pairs that share a row, not
+// all pairs. Kept flat (the partners of i are list[offsets[i], offsets[i+1]))
+// because a level of many small lists spent more on allocating them than on
+// the sweeps.
+struct RowPartners
+{
+    std::vector<std::size_t> offsets;
+    std::vector<std::size_t> list;
+};
+
+RowPartners rowPartners(const std::vector<View> &siblings)
 {
     const std::size_t count = siblings.size();
-    std::vector<std::size_t> byTop(count);
-    for (std::size_t i = 0; i < count; ++i)
-        byTop[i] = i;
-    std::stable_sort(byTop.begin(), byTop.end(),
-                     [&](std::size_t l, std::size_t r) { return siblings[l].frame.y < siblings[r].frame.y; });
-    std::vector<std::vector<std::size_t>> partners(count);
+    // Only views with a positive height and a y that is a number can meet
+    // anything; this also keeps not-a-number out of the sort.
+    std::vector<std::size_t> byTop;
+    byTop.reserve(count);
     for (std::size_t i = 0; i < count; ++i) {
+        const Frame &frame = siblings[i].frame;
+        if (frame.height > 0 && !std::isnan(frame.y) && !std::isnan(frame.maxY()))
+            byTop.push_back(i);
+    }
+    const auto higher = [&](std::size_t l, std::size_t r) { return siblings[l].frame.y < siblings[r].frame.y; };
+    if (!std::is_sorted(byTop.begin(), byTop.end(), higher)) // forms are mostly drawn top to bottom
+        std::sort(byTop.begin(), byTop.end(), higher);
+
+    std::vector<std::pair<std::size_t, std::size_t>> pairs;
+    for (std::size_t i = 0; i < byTop.size(); ++i) {
         const Frame &a = siblings[byTop[i]].frame;
-        if (!(a.height > 0))
-            continue;
-        for (std::size_t j = i + 1; j < count; ++j) {
+        for (std::size_t j = i + 1; j < byTop.size(); ++j) {
             const Frame &b = siblings[byTop[j]].frame;
             if (!(b.y < a.maxY()))
                 break;
-            if (b.height > 0 && a.y < b.maxY()) {
-                partners[byTop[i]].push_back(byTop[j]);
-                partners[byTop[j]].push_back(byTop[i]);
-            }
+            if (a.y < b.maxY())
+                pairs.emplace_back(byTop[i], byTop[j]);
         }
     }
-    for (auto &list : partners)
-        std::sort(list.begin(), list.end());
+
+    RowPartners partners;
+    partners.offsets.assign(count + 1, 0);
+    for (const auto &[l, r] : pairs) {
+        ++partners.offsets[l + 1];
+        ++partners.offsets[r + 1];
+    }
+    for (std::size_t i = 0; i < count; ++i)
+        partners.offsets[i + 1] += partners.offsets[i];
+    partners.list.resize(partners.offsets[count]);
+    std::vector<std::size_t> fill(partners.offsets.begin(), partners.offsets.end() - 1);
+    for (const auto &[l, r] : pairs) {
+        partners.list[fill[l]++] = r;
+        partners.list[fill[r]++] = l;
+    }
+    for (std::size_t i = 0; i < count; ++i)
+        std::sort(partners.list.begin() + std::ptrdiff_t(partners.offsets[i]),
+                  partners.list.begin() + std::ptrdiff_t(partners.offsets[i + 1]));
     return partners;
 }
 
@@ -211,7 +240,8 @@ SettleResult settle(std::vector<View> &siblings, const Settings &settings, Outco
         ++result.sweeps;
         bool changed = false;
         for (std::size_t a = 0; a < siblings.size(); ++a) {
-            for (std::size_t b : partners[a]) {
+            for (std::size_t k = partners.offsets[a]; k < partners.offsets[a + 1]; ++k) {
+                const std::size_t b = partners.list[k];
                 if (intersects(siblings[a].frame, siblings[b].frame)
                     && resolveCollision(siblings, a, b, settings, outcome))
                     changed = true;

@@ -6,7 +6,10 @@
 #include <TarnCommon/KQLog.h>
 #include <TarnCommon/KQWindowDelegate.h>
 
+#include <QtCore/QHash>
 #include <QtCore/QMetaMethod>
+#include <QtCore/QPointer>
+#include <QtCore/QSet>
 #include <QtWidgets/QAbstractScrollArea>
 #include <QtWidgets/QAbstractSlider>
 #include <QtWidgets/QAbstractSpinBox>
@@ -24,7 +27,9 @@
 #include <QtWidgets/QStyleOptionFrame>
 #include <QtWidgets/QTabWidget>
 
+#include <array>
 #include <cmath>
+#include <optional>
 
 using namespace KQRelayout;
 
@@ -32,45 +37,102 @@ namespace {
 
 double s_gap = DefaultGap;
 
-void linkFriends(std::vector<View> &level);
-
 const char *const MaskProperty = "autoresizingMask";
 const char *const TagProperty = "tag";
 
-bool isControl(const QWidget *w)
+int maskFrom(const QVariant &value)
 {
-    return qobject_cast<const QAbstractButton *>(w) || qobject_cast<const QLabel *>(w)
-        || qobject_cast<const QComboBox *>(w) || qobject_cast<const QAbstractSpinBox *>(w)
-        || qobject_cast<const QLineEdit *>(w) || qobject_cast<const QAbstractSlider *>(w)
-        || qobject_cast<const QProgressBar *>(w);
+    bool ok = false;
+    const int mask = value.toInt(&ok);
+    return ok ? mask : DefaultMask;
 }
 
-bool isSeparator(const QWidget *w)
+// What relayout needs to know of a widget's class; it depends on the class
+// alone, so a pass works it out once per class instead of by a row of casts
+// per widget.
+enum ClassTrait : unsigned {
+    ControlClass = 1,      // grows to its natural width
+    LineEditClass = 2,     // whose natural width is its text's, not its size hint's
+    FrameClass = 4,        // may be drawn as a separator line
+    ScrollMachinery = 8,   // scroll bars, splitters and their handles never collide
+    ClosedClass = 16,      // Qt sizes its inside: never entered
+    MainWindowClass = 32,  // relayouted through its central widget
+    GroupBoxClass = 64,    // the box rule, and the opt-out title
+};
+
+unsigned classTraits(const QMetaObject *meta)
 {
-    const auto *frame = qobject_cast<const QFrame *>(w);
-    return frame && (frame->frameShape() == QFrame::HLine || frame->frameShape() == QFrame::VLine);
+    const auto is = [meta](const QMetaObject &base) { return meta->inherits(&base); };
+    unsigned traits = 0;
+    if (is(QAbstractButton::staticMetaObject) || is(QLabel::staticMetaObject) || is(QComboBox::staticMetaObject)
+        || is(QAbstractSpinBox::staticMetaObject) || is(QLineEdit::staticMetaObject)
+        || is(QAbstractSlider::staticMetaObject) || is(QProgressBar::staticMetaObject))
+        traits |= ControlClass | ClosedClass;
+    if (is(QLineEdit::staticMetaObject))
+        traits |= LineEditClass;
+    if (is(QFrame::staticMetaObject))
+        traits |= FrameClass;
+    if (is(QScrollBar::staticMetaObject) || is(QSplitter::staticMetaObject) || is(QSplitterHandle::staticMetaObject))
+        traits |= ScrollMachinery;
+    if (is(QAbstractScrollArea::staticMetaObject) || is(QTabWidget::staticMetaObject)
+        || is(QSplitter::staticMetaObject))
+        traits |= ClosedClass;
+    if (is(QMainWindow::staticMetaObject))
+        traits |= MainWindowClass;
+    if (is(QGroupBox::staticMetaObject))
+        traits |= GroupBoxClass;
+    return traits;
 }
 
-bool isScrollMachinery(const QWidget *w)
+// What a pass looks up once instead of once per widget. Every widget a pass
+// visits shares one window, and finding its delegate scans the window's
+// children. QObject::property() by name compares the name with every static
+// property of the class before it looks at the dynamic ones, which cost more
+// than the rest of a widget's snapshot: the static lookup is made once per
+// class, and widgets without dynamic properties are not asked at all.
+class Pass
 {
-    if (qobject_cast<const QScrollBar *>(w) || qobject_cast<const QSplitter *>(w)
-        || qobject_cast<const QSplitterHandle *>(w))
+public:
+    explicit Pass(const QWidget *view);
+
+    int mask(const QWidget *w) { return maskFrom(read(w, 0)); }
+    int tag(const QWidget *w) { return read(w, 1).toInt(); }
+    unsigned traits(const QWidget *w) { return classInfo(w->metaObject()).traits; }
+
+    QPointer<QObject> delegate;
+    QMetaMethod shouldRelayout;
+    QMetaMethod alignedFriends;
+
+private:
+    struct ClassInfo
+    {
+        std::array<int, 2> propertyIndex; // mask, tag: static properties of that name, or -1
+        unsigned traits;
+    };
+    const ClassInfo &classInfo(const QMetaObject *meta);
+    QVariant read(const QWidget *w, int which);
+    QHash<const QMetaObject *, ClassInfo> m_classes;
+};
+
+bool shouldResolve(const QWidget *view, int tag, unsigned traits, const Pass &pass);
+void linkFriends(std::vector<View> &level, const Pass &pass);
+
+bool isSeparator(const QWidget *w, unsigned traits)
+{
+    if (!(traits & FrameClass))
+        return false;
+    const QFrame::Shape shape = static_cast<const QFrame *>(w)->frameShape();
+    return shape == QFrame::HLine || shape == QFrame::VLine;
+}
+
+bool isScrollMachinery(const QWidget *w, unsigned traits)
+{
+    if (traits & ScrollMachinery)
         return true;
     const auto *area = w->parentWidget() ? qobject_cast<const QAbstractScrollArea *>(w->parentWidget()) : nullptr;
     return area && area->viewport() == w;
 }
 
-// Widgets Qt sizes itself, or whose inside belongs to them: relayout never enters them.
-bool isClosed(const QWidget *w)
-{
-    return isControl(w) || qobject_cast<const QAbstractScrollArea *>(w) || qobject_cast<const QTabWidget *>(w)
-        || qobject_cast<const QSplitter *>(w);
-}
-
-bool isIsland(const QWidget *w)
-{
-    return w->layout() != nullptr && !qobject_cast<const QMainWindow *>(w);
-}
 
 // A window's content view: the window itself, or a main window's central widget.
 bool isContentView(const QWidget *w)
@@ -131,11 +193,10 @@ double lineEditWidth(const QLineEdit *edit)
 // A friend given by the delegate counts only while it is a live sibling; the
 // comparison is by address against the parent's children, so a deleted one
 // is never touched.
-QList<QWidget *> checkedFriends(const QWidget *view, const QList<QObject *> &answer)
+QList<QWidget *> checkedFriends(const QWidget *view, const QList<QObject *> &answer,
+                                const QSet<const QObject *> &siblings)
 {
     QList<QWidget *> friends;
-    const QWidget *parent = view->parentWidget();
-    const QObjectList siblings = parent ? parent->children() : QObjectList();
     for (QObject *candidate : answer) {
         if (!candidate || !siblings.contains(candidate) || !candidate->isWidgetType()) {
             ZLLogWarning("Relayout: an aligned friend of %s is not one of its siblings (deleted, null or of "
@@ -148,30 +209,44 @@ QList<QWidget *> checkedFriends(const QWidget *view, const QList<QObject *> &ans
     return friends;
 }
 
-View snapshot(QWidget *w, bool enter)
+QSet<const QObject *> childSet(const QWidget *parent)
+{
+    QSet<const QObject *> set;
+    if (parent) {
+        const QObjectList &children = parent->children();
+        set.reserve(children.size());
+        for (const QObject *child : children)
+            set.insert(child);
+    }
+    return set;
+}
+
+View snapshot(QWidget *w, bool enter, Pass &pass)
 {
     View view;
     view.owner = w;
     view.frame = Frame{double(w->x()), double(w->y()), double(w->width()), double(w->height())};
-    view.mask = f_autoresizingMask(w);
-    view.participates = f_shouldResolveCollision(w);
-    view.optOutTag = f_tag(w) == OptOutTag;
+    view.mask = pass.mask(w);
+    const int tag = pass.tag(w);
+    const unsigned traits = pass.traits(w);
+    view.participates = shouldResolve(w, tag, traits, pass);
+    view.optOutTag = tag == OptOutTag;
     view.contentView = isContentView(w);
-    if (isControl(w)) {
+    if (traits & ControlClass) {
         view.kind = Kind::Control;
-        const auto *edit = qobject_cast<const QLineEdit *>(w);
-        view.naturalWidth = edit ? lineEditWidth(edit) : w->sizeHint().width();
-    } else if (isIsland(w)) {
-        view.kind = Kind::Island;
-    } else if (qobject_cast<const QGroupBox *>(w)) {
+        view.naturalWidth = (traits & LineEditClass) ? lineEditWidth(static_cast<const QLineEdit *>(w))
+                                                     : w->sizeHint().width();
+    } else if (w->layout() && !(traits & MainWindowClass)) {
+        view.kind = Kind::Island; // its own layout sizes it
+    } else if (traits & GroupBoxClass) {
         view.kind = Kind::Box;
     }
-    if (enter && view.kind != Kind::Island && !isClosed(w)) {
+    if (enter && view.kind != Kind::Island && !(traits & ClosedClass)) {
         const QList<QWidget *> children = subviews(w);
         view.children.reserve(children.size());
         for (QWidget *child : children)
-            view.children.push_back(snapshot(child, true));
-        linkFriends(view.children);
+            view.children.push_back(snapshot(child, true, pass));
+        linkFriends(view.children, pass);
     }
     return view;
 }
@@ -224,6 +299,7 @@ Settings currentSettings()
 // entered when \a enter; a window stands alone.
 std::vector<View> levelOf(QWidget *w, std::size_t *index, bool enter)
 {
+    Pass pass(w);
     std::vector<View> level;
     QWidget *parent = w->isWindow() ? nullptr : w->parentWidget();
     const QList<QWidget *> siblings = parent ? subviews(parent) : QList<QWidget *>{w};
@@ -231,9 +307,9 @@ std::vector<View> levelOf(QWidget *w, std::size_t *index, bool enter)
     for (QWidget *sibling : siblings) {
         if (sibling == w)
             *index = level.size();
-        level.push_back(snapshot(sibling, enter && sibling == w));
+        level.push_back(snapshot(sibling, enter && sibling == w, pass));
     }
-    linkFriends(level);
+    linkFriends(level, pass);
     return level;
 }
 
@@ -253,26 +329,122 @@ bool invokeDelegate(QObject *delegate, const QMetaMethod &method, const QWidget 
     return false;
 }
 
-QMetaMethod delegateHook(const QWidget *view, const char *name, QObject **delegate)
+QMetaMethod hookNamed(const QObject *delegate, const char *name)
 {
-    *delegate = kq_windowDelegate(view);
-    const int index = kq_indexOfMethodNamed(*delegate, name);
-    return index < 0 ? QMetaMethod() : (*delegate)->metaObject()->method(index);
+    const int index = kq_indexOfMethodNamed(delegate, name);
+    return index < 0 ? QMetaMethod() : delegate->metaObject()->method(index);
+}
+
+Pass::Pass(const QWidget *view)
+    : delegate(kq_windowDelegate(view))
+    , shouldRelayout(hookNamed(delegate, "f_shouldRelayoutObject"))
+    , alignedFriends(hookNamed(delegate, "f_alignedFriendsOfView"))
+{
+}
+
+const Pass::ClassInfo &Pass::classInfo(const QMetaObject *meta)
+{
+    auto found = m_classes.find(meta);
+    if (found == m_classes.end()) {
+        found = m_classes.insert(
+            meta, ClassInfo{{meta->indexOfProperty(MaskProperty), meta->indexOfProperty(TagProperty)},
+                            classTraits(meta)});
+    }
+    return *found;
+}
+
+QVariant Pass::read(const QWidget *w, int which)
+{
+    const QMetaObject *meta = w->metaObject();
+    const int index = classInfo(meta).propertyIndex[which];
+    if (index >= 0)
+        return meta->property(index).read(w);
+    const char *name = which == 0 ? MaskProperty : TagProperty;
+    return w->dynamicPropertyNames().contains(name) ? w->property(name) : QVariant();
+}
+
+bool shouldResolve(const QWidget *view, int tag, unsigned traits, const Pass &pass)
+{
+    if (tag == OptOutTag || isSeparator(view, traits) || isScrollMachinery(view, traits))
+        return false;
+    if ((traits & GroupBoxClass)
+        && static_cast<const QGroupBox *>(view)->title() == QLatin1String(KQNoRelayoutTitle))
+        return false;
+    // A delegate deleted by an earlier answer of the same pass answers nothing more.
+    if (!pass.shouldRelayout.isValid() || !pass.delegate)
+        return true;
+    // Any one-byte answer is a yes/no (bool, char); nothing wider can be.
+    unsigned char answer = 1;
+    if (pass.shouldRelayout.returnMetaType().sizeOf() != 1
+        || !invokeDelegate(pass.delegate, pass.shouldRelayout, view, &answer)) {
+        ZLLogWarning("Relayout: the window delegate's f_shouldRelayoutObject must take a QWidget* and answer a "
+                     "bool; it is ignored");
+        return true;
+    }
+    return answer != 0;
+}
+
+// The delegate's answer as objects, not yet checked; an answer of another type is reported and counts as none.
+QList<QObject *> delegateFriends(const QWidget *view, const Pass &pass)
+{
+    const QMetaMethod &hook = pass.alignedFriends;
+    if (!hook.isValid() || !pass.delegate)
+        return {};
+    const QMetaType type = hook.returnMetaType();
+    QList<QObject *> answer;
+    bool understood = false;
+    if (type == QMetaType::fromType<QList<QWidget *>>()) {
+        QList<QWidget *> widgets;
+        understood = invokeDelegate(pass.delegate, hook, view, &widgets);
+        for (QWidget *w : widgets)
+            answer.append(w); // a pointer conversion only, never a dereference
+    } else if (type == QMetaType::fromType<QList<QObject *>>()) {
+        understood = invokeDelegate(pass.delegate, hook, view, &answer);
+    } else if (type == QMetaType::fromType<QVariantList>()) {
+        QVariantList values;
+        understood = invokeDelegate(pass.delegate, hook, view, &values);
+        for (const QVariant &value : values) {
+            if (value.metaType() == QMetaType::fromType<QWidget *>())
+                answer.append(*static_cast<QWidget *const *>(value.constData()));
+            else if (value.metaType() == QMetaType::fromType<QObject *>())
+                answer.append(*static_cast<QObject *const *>(value.constData()));
+            else
+                answer.append(nullptr);
+        }
+    }
+    if (!understood) {
+        ZLLogWarning("Relayout: the window delegate's f_alignedFriendsOfView must take a QWidget* and answer a "
+                     "QList<QWidget*>; it is ignored");
+        return {};
+    }
+    return answer;
 }
 
 // Friends as indices into the level; the rules know only their siblings.
-void linkFriends(std::vector<View> &level)
+// The sibling set and the index by widget are built once per level, and only
+// when the delegate names any friend at all.
+void linkFriends(std::vector<View> &level, const Pass &pass)
 {
+    if (!pass.alignedFriends.isValid())
+        return;
+    std::optional<QSet<const QObject *>> siblings;
+    QHash<const void *, std::size_t> indexOf;
     for (View &view : level) {
         view.friends.clear();
-        const QList<QWidget *> friends = f_alignedFriends(static_cast<QWidget *>(view.owner));
-        for (QWidget *f : friends) {
-            for (std::size_t i = 0; i < level.size(); ++i) {
-                if (level[i].owner == f) {
-                    view.friends.push_back(i);
-                    break;
-                }
-            }
+        const auto *owner = static_cast<const QWidget *>(view.owner);
+        const QList<QObject *> answer = delegateFriends(owner, pass);
+        if (answer.isEmpty())
+            continue;
+        if (!siblings) {
+            siblings = childSet(owner->parentWidget()); // one parent for the whole level
+            indexOf.reserve(qsizetype(level.size()));
+            for (std::size_t i = 0; i < level.size(); ++i)
+                indexOf.insert(level[i].owner, i);
+        }
+        for (QWidget *f : checkedFriends(owner, answer, *siblings)) {
+            const auto found = indexOf.constFind(f);
+            if (found != indexOf.constEnd())
+                view.friends.push_back(found.value());
         }
     }
 }
@@ -344,60 +516,15 @@ void f_expandToFitContent(QWidget *view)
 bool f_shouldResolveCollision(const QWidget *view)
 {
     KQAssert(view != nullptr, false);
-    if (f_tag(view) == OptOutTag || isSeparator(view) || isScrollMachinery(view))
-        return false;
-    if (const auto *box = qobject_cast<const QGroupBox *>(view);
-        box && box->title() == QLatin1String(KQNoRelayoutTitle))
-        return false;
-    QObject *delegate = nullptr;
-    const QMetaMethod hook = delegateHook(view, "f_shouldRelayoutObject", &delegate);
-    if (!hook.isValid())
-        return true;
-    // Any one-byte answer is a yes/no (bool, char); nothing wider can be.
-    unsigned char answer = 1;
-    if (hook.returnMetaType().sizeOf() != 1 || !invokeDelegate(delegate, hook, view, &answer)) {
-        ZLLogWarning("Relayout: the window delegate's f_shouldRelayoutObject must take a QWidget* and answer a "
-                     "bool; it is ignored");
-        return true;
-    }
-    return answer != 0;
+    Pass pass(view);
+    return shouldResolve(view, pass.tag(view), pass.traits(view), pass);
 }
 
 QList<QWidget *> f_alignedFriends(const QWidget *view)
 {
     KQAssert(view != nullptr, {});
-    QObject *delegate = nullptr;
-    const QMetaMethod hook = delegateHook(view, "f_alignedFriendsOfView", &delegate);
-    if (!hook.isValid())
-        return {};
-    const QMetaType type = hook.returnMetaType();
-    QList<QObject *> answer;
-    bool understood = false;
-    if (type == QMetaType::fromType<QList<QWidget *>>()) {
-        QList<QWidget *> widgets;
-        understood = invokeDelegate(delegate, hook, view, &widgets);
-        for (QWidget *w : widgets)
-            answer.append(w); // a pointer conversion only, never a dereference
-    } else if (type == QMetaType::fromType<QList<QObject *>>()) {
-        understood = invokeDelegate(delegate, hook, view, &answer);
-    } else if (type == QMetaType::fromType<QVariantList>()) {
-        QVariantList values;
-        understood = invokeDelegate(delegate, hook, view, &values);
-        for (const QVariant &value : values) {
-            if (value.metaType() == QMetaType::fromType<QWidget *>())
-                answer.append(*static_cast<QWidget *const *>(value.constData()));
-            else if (value.metaType() == QMetaType::fromType<QObject *>())
-                answer.append(*static_cast<QObject *const *>(value.constData()));
-            else
-                answer.append(nullptr);
-        }
-    }
-    if (!understood) {
-        ZLLogWarning("Relayout: the window delegate's f_alignedFriendsOfView must take a QWidget* and answer a "
-                     "QList<QWidget*>; it is ignored");
-        return {};
-    }
-    return checkedFriends(view, answer);
+    const QList<QObject *> answer = delegateFriends(view, Pass(view));
+    return answer.isEmpty() ? QList<QWidget *>() : checkedFriends(view, answer, childSet(view->parentWidget()));
 }
 
 bool f_resolveCollisionWith(QWidget *view, QWidget *other)
@@ -424,9 +551,7 @@ int f_autoresizingMask(const QWidget *view)
 {
     if (!view)
         return DefaultMask;
-    bool ok = false;
-    const int mask = view->property(MaskProperty).toInt(&ok);
-    return ok ? mask : DefaultMask;
+    return maskFrom(view->property(MaskProperty));
 }
 
 void f_setAutoresizingMask(QWidget *view, int mask)
