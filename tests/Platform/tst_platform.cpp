@@ -97,6 +97,7 @@ void tst_Platform::intersection_data()
     QTest::newRow("touching edges: zero rect") << QRectF(0, 0, 10, 10) << QRectF(10, 0, 5, 5) << QRectF(0, 0, 0, 0);
     QTest::newRow("apart") << QRectF(0, 0, 1, 1) << QRectF(5, 5, 1, 1) << QRectF(0, 0, 0, 0);
     QTest::newRow("contained") << QRectF(0, 0, 10, 10) << QRectF(2, 3, 4, 5) << QRectF(2, 3, 4, 5);
+    QTest::newRow("zero height inside: no overlap") << QRectF(0, 0, 10, 10) << QRectF(2, 5, 4, 0) << QRectF(0, 0, 0, 0);
 }
 
 void tst_Platform::intersection()
