@@ -24,17 +24,13 @@
 #include <QtWidgets/QToolButton>
 #include <QtWidgets/QVBoxLayout>
 
+#include "DrawnIcon.h"
+
 namespace {
 
 QIcon letterIcon(const QString &letter, const QColor &color)
 {
-    QIcon icon;
-    for (const qreal scale : {1.0, 2.0}) {
-        QPixmap pixmap(QSize(16, 16) * scale);
-        pixmap.setDevicePixelRatio(scale);
-        pixmap.fill(Qt::transparent);
-        QPainter painter(&pixmap);
-        painter.setRenderHint(QPainter::Antialiasing);
+    return drawnIcon([&](QPainter &painter) {
         painter.setBrush(color);
         painter.setPen(Qt::NoPen);
         painter.drawEllipse(QRectF(1, 1, 14, 14));
@@ -44,10 +40,7 @@ QIcon letterIcon(const QString &letter, const QColor &color)
         font.setBold(true);
         painter.setFont(font);
         painter.drawText(QRectF(0, 0, 16, 16), Qt::AlignCenter, letter);
-        painter.end();
-        icon.addPixmap(pixmap);
-    }
-    return icon;
+    });
 }
 
 QLabel *paneLabel(const QString &text)

@@ -1,5 +1,6 @@
 // The icon tab view: four tabs with tooltips, hiding, showing and replacing
 // tabs by tag, and the accessibility groups for UI tests.
+#include "DrawnIcon.h"
 #include "GalleryPage.h"
 
 #include <TarnCommon/KQAccessibility.h>
@@ -58,23 +59,13 @@ QPainterPath shapePath(Shape shape)
     return path;
 }
 
-// Drawn at 1x and 2x, so the bar stays sharp on high-density screens.
 QIcon shapeIcon(Shape shape, const QColor &color)
 {
-    QIcon icon;
-    for (const qreal scale : {1.0, 2.0}) {
-        QPixmap pixmap(QSize(16, 16) * scale);
-        pixmap.setDevicePixelRatio(scale);
-        pixmap.fill(Qt::transparent);
-        QPainter painter(&pixmap);
-        painter.setRenderHint(QPainter::Antialiasing);
+    return drawnIcon([&](QPainter &painter) {
         painter.setPen(QPen(color.darker(150), 1.0));
         painter.setBrush(color);
         painter.drawPath(shapePath(shape));
-        painter.end();
-        icon.addPixmap(pixmap);
-    }
-    return icon;
+    });
 }
 
 // Reports every selection change under the tab view.
