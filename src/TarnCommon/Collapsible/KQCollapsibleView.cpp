@@ -209,11 +209,12 @@ bool KQCollapsibleView::drawTopLine() const
 
 void KQCollapsibleView::setDrawTopLine(bool draw)
 {
-    const bool changed = draw != d->drawTopLine;
+    // The list sets it on every view at each relayout: a repaint only for a change.
+    if (draw == d->drawTopLine)
+        return;
     d->drawTopLine = draw;
     update();
-    if (changed)
-        Q_EMIT drawTopLineChanged(draw);
+    Q_EMIT drawTopLineChanged(draw);
 }
 
 bool KQCollapsibleView::isCollapsed() const
