@@ -21,6 +21,17 @@ static_assert(KQCollapsibleView::HeaderHeight == KQCollapsibleStacking::HeaderHe
 
 namespace {
 
+// QWidget::setGeometry() works (attributes, dirty regions, the checks of a
+// move) even when the widget already has that frame, and a relayout of a
+// long list sets every view and its parts again; only a change, or a
+// widget never placed, goes through.
+void placeWidget(QWidget *widget, const QRect &frame)
+{
+    if (widget->geometry() != frame || !widget->testAttribute(Qt::WA_Resized)
+        || !widget->testAttribute(Qt::WA_Moved))
+        widget->setGeometry(frame);
+}
+
 // A one-line label that elides its text at the tail when too narrow.
 class KQTitleField : public QWidget
 {
@@ -198,11 +209,12 @@ bool KQCollapsibleView::drawTopLine() const
 
 void KQCollapsibleView::setDrawTopLine(bool draw)
 {
-    const bool changed = draw != d->drawTopLine;
+    // The list sets it on every view at each relayout: a repaint only for a change.
+    if (draw == d->drawTopLine)
+        return;
     d->drawTopLine = draw;
     update();
-    if (changed)
-        Q_EMIT drawTopLineChanged(draw);
+    Q_EMIT drawTopLineChanged(draw);
 }
 
 bool KQCollapsibleView::isCollapsed() const
@@ -254,7 +266,7 @@ KQTitleField *KQCollapsibleViewPrivate::makeTitleField(const QString &title)
 
 void KQCollapsibleView::setFrame(const QRect &frame)
 {
-    setGeometry(frame);
+    placeWidget(this, frame);
     layoutSubviews();
 }
 
@@ -264,20 +276,20 @@ void KQCollapsibleView::layoutSubviews()
     const int w = width();
     const int header = int(HeaderHeight);
     if (d->collapseButton)
-        d->collapseButton->setGeometry(0, 0, header, header);
+        placeWidget(d->collapseButton, QRect(0, 0, header, header));
     if (d->titleField) {
         const int x = (!d->collapseButton || kq_isExplicitlyHidden(d->collapseButton))
                           ? 3
                           : d->collapseButton->geometry().x() + d->collapseButton->geometry().width();
         const int titleWidth = w - x > 0 ? w - x : 10;
-        d->titleField->setGeometry(x, 0, titleWidth, header);
+        placeWidget(d->titleField, QRect(x, 0, titleWidth, header));
     }
     if (d->contentView) {
         const int top = d->titleField ? header : 0;
         int contentHeight = d->contentView->height();
         if (d->heightResizable && !d->collapsed && !d->animating)
             contentHeight = height() - top;
-        d->contentView->setGeometry(0, top, w, contentHeight);
+        placeWidget(d->contentView, QRect(0, top, w, contentHeight));
     }
 }
 

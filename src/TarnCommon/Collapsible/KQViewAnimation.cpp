@@ -29,6 +29,7 @@ KQViewAnimation::KQViewAnimation(const KQViewAnimations &entries, int durationMs
     setStartValue(0.0);
     setEndValue(1.0);
     setDuration(durationMs);
+    m_configured = true;
 }
 
 QRect KQViewAnimation::interpolatedFrame(const QRectF &start, const QRectF &end, double progress)
@@ -41,6 +42,8 @@ QRect KQViewAnimation::interpolatedFrame(const QRectF &start, const QRectF &end,
 
 void KQViewAnimation::updateCurrentValue(const QVariant &value)
 {
+    if (!m_configured)
+        return;
     const double progress = value.toDouble();
     for (qsizetype i = 0; i < m_entries.size(); ++i) {
         QWidget *target = m_entries.at(i).target;

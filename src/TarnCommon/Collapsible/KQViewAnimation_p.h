@@ -24,4 +24,7 @@ protected:
 private:
     KQViewAnimations m_entries;
     QList<QRectF> m_startFrames;
+    // Setting the values and the duration already interpolates (and, for a
+    // zero duration, jumps to the end); the frames move only once started.
+    bool m_configured = false;
 };

@@ -5,6 +5,8 @@
 #include "ToolTipController_ZL_p.h"
 #include "ToolTipTiming_ZL_p.h"
 
+#include "Platform/KQAfterEvent_p.h"
+
 #include <TarnCommon/KQAfterEvent.h>
 #include <TarnCommon/KQAssert.h>
 
@@ -85,9 +87,15 @@ public:
             toolTipWindow->hide(fade);
     }
 
+    // Every input event of the application passes here.
+    static void afterEvent(void *context, QEvent *event)
+    {
+        static_cast<ToolTipController_ZLPrivate *>(context)->timing.handleEvent(event);
+    }
+
     QPointer<QTimer> timer;
     QPointer<ToolTipWindow_ZL> toolTipWindow;
-    QMetaObject::Connection observer;
+    bool observing = false;
     ToolTipTiming_ZL timing;
     WindowHideWatcher hideWatcher{timing};
 };
@@ -127,7 +135,8 @@ ToolTipController_ZL::ToolTipController_ZL(QObject *parent)
 
 ToolTipController_ZL::~ToolTipController_ZL()
 {
-    QObject::disconnect(d->observer);
+    if (d->observing)
+        kq_removeAfterEventHook(&ToolTipController_ZLPrivate::afterEvent, d.get());
     if (d->timer)
         d->timer->stop();
     d->timing.setPresenter(nullptr);
@@ -151,8 +160,8 @@ void ToolTipController_ZL::startup()
     connect(d->timer, &QTimer::timeout, this, &ToolTipController_ZL::_timerFired);
     d->timer->start();
 
-    d->observer = connect(KQAfterEventNotifier::instance(), &KQAfterEventNotifier::afterEventSent, this,
-                           &ToolTipController_ZL::_handleEvent);
+    kq_addAfterEventHook(&ToolTipController_ZLPrivate::afterEvent, d.get());
+    d->observing = true;
 }
 
 ToolTipWindow_ZL *ToolTipController_ZL::toolTipWindow() const

@@ -1,6 +1,7 @@
 #include <TarnCommon/ToolTipTextView_ZL.h>
 
 #include "ToolTipColors_ZL_p.h"
+#include "ToolTipWindow_ZL_p.h"
 
 #include <QtGui/QAbstractTextDocumentLayout>
 #include <QtGui/QPainter>
@@ -25,6 +26,13 @@ void applyContainerMargins(QTextDocument *document)
     format.setLeftMargin(linePadding);
     format.setRightMargin(linePadding);
     document->rootFrame()->setFrameFormat(format);
+}
+
+bool hasContainerMargins(const QTextDocument *document)
+{
+    const QTextFrameFormat format = document->rootFrame()->frameFormat();
+    return format.topMargin() == 0 && format.bottomMargin() == 0 && format.leftMargin() == linePadding
+        && format.rightMargin() == linePadding;
 }
 
 } // namespace
@@ -91,6 +99,31 @@ QRectF ToolTipTextView_ZL::usedRect() const
     if (layout == nullptr)
         return QRectF(0, 0, 0, 0);
     return QRectF(0, 0, d->document->idealWidth(), layout->documentSize().height());
+}
+
+QRectF ToolTipSetPlainText_ZL(ToolTipTextView_ZL *view, const QString &text, double wrapWidth)
+{
+    // clear() rebuilds the document (root frame, formats), and the font,
+    // the width and the margins set after it each lay it out again: a
+    // tooltip's text changes on every show, so a plain string replaces the
+    // text of a plain document in one edit instead. Anything else (frames,
+    // tables, another font or width) takes the general way.
+    QTextDocument *document = view->document();
+    const double width = wrapWidth < 0 ? -1.0 : wrapWidth;
+    if (!document->rootFrame()->childFrames().isEmpty() || document->defaultFont() != view->font()
+        || document->textWidth() != width || !hasContainerMargins(document))
+        return view->setText(QTextDocumentFragment::fromPlainText(text), wrapWidth);
+    QTextCursor cursor(document);
+    cursor.beginEditBlock();
+    cursor.select(QTextCursor::Document);
+    cursor.removeSelectedText();
+    // What a rich text before left on the one remaining block.
+    cursor.setBlockFormat(QTextBlockFormat());
+    cursor.setBlockCharFormat(QTextCharFormat());
+    cursor.insertText(text, QTextCharFormat());
+    cursor.endEditBlock();
+    view->update();
+    return view->usedRect();
 }
 
 void ToolTipTextView_ZL::drawViewBackgroundInRect(QPainter &painter, const QRectF &)

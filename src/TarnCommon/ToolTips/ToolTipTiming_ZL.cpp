@@ -9,6 +9,7 @@
 
 #include <chrono>
 #include <cstring>
+#include <utility>
 
 namespace KQToolTipRules {
 
@@ -103,6 +104,12 @@ ToolTipTiming_ZL::ToolTipTiming_ZL()
 {
 }
 
+ToolTipTiming_ZL::~ToolTipTiming_ZL()
+{
+    if (destroyed_ != nullptr)
+        *destroyed_ = true;
+}
+
 void ToolTipTiming_ZL::setClock(Clock clock)
 {
     KQAssert(clock != nullptr);
@@ -164,7 +171,11 @@ void ToolTipTiming_ZL::timerFired()
         if (!lastEventCanPreceedToolTip_ || restTime > now - lastEventTime_)
             return;
     }
-    if (tryShowToolTip()) {
+    bool destroyed = false;
+    const bool shown = tryShowToolTip(destroyed);
+    if (destroyed)
+        return;
+    if (shown) {
         lastTimeInsideToolTipWindow_ = now;
         if (now - lastTimeToolTipChanged_ > showLimit)
             hideToolTip(true);
@@ -174,13 +185,24 @@ void ToolTipTiming_ZL::timerFired()
         hideToolTip(true);
 }
 
-bool ToolTipTiming_ZL::tryShowToolTip()
+bool ToolTipTiming_ZL::tryShowToolTip(bool &destroyed)
 {
     if (!pointerLocation_ || !hitTest_)
         return false;
     const QPointF location = pointerLocation_();
     bool wrap = true;
-    const QVariant toolTip = hitTest_(&wrap, location);
+    bool gone = false;
+    bool *const outer = std::exchange(destroyed_, &gone);
+    // A copy: the hit test may destroy the rules, their members with them.
+    const HitTest hitTest = hitTest_;
+    const QVariant toolTip = hitTest(&wrap, location);
+    if (gone) {
+        if (outer != nullptr)
+            *outer = true;
+        destroyed = true;
+        return false;
+    }
+    destroyed_ = outer;
     if (!toolTip.isValid())
         return false;
     // The window stays where it is for the same answer: no relayout, no move.

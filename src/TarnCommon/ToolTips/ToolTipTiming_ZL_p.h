@@ -64,6 +64,8 @@ public:
     enum class State { Idle, Armed, Showing };
 
     ToolTipTiming_ZL();
+    ~ToolTipTiming_ZL();
+    Q_DISABLE_COPY_MOVE(ToolTipTiming_ZL)
 
     void setClock(Clock clock);
     void setPointerLocation(PointerLocation location);
@@ -92,7 +94,7 @@ public:
 
 private:
     bool isShown() const;
-    bool tryShowToolTip();
+    bool tryShowToolTip(bool &destroyed);
     void showToolTip(const QVariant &toolTip, QPointF location, bool wrapText);
     void updateToolTipForEvent(const ToolTipEventEffect_ZL &effect);
 
@@ -109,6 +111,9 @@ private:
     // Whether the window shows what the rules last put up; cleared before
     // the rules themselves hide it, so only other hidings count as news.
     bool putUp_ = false;
+    // Set while the hit test runs: the application's code it calls may
+    // destroy whoever owns these rules, and the rules with it.
+    bool *destroyed_ = nullptr;
 };
 
 } // namespace KQToolTipRules

@@ -185,6 +185,15 @@ public:
     }
 
     void animationDidStop() { animationDidEnd(); }
+    void sizeToText(const QRectF &used)
+    {
+        const QSizeF size = ToolTipContentSize(used, textView->textContainerInset());
+        const QSize pixels(int(std::ceil(size.width())), int(std::ceil(size.height())));
+        q->resize(pixels);
+        textView->setGeometry(QRect(QPoint(0, 0), pixels));
+        if (q->isVisible())
+            q->update();
+    }
     void animationDidEnd() { q->QWidget::hide(); }
 
     ToolTipWindow_ZL *const q;
@@ -232,18 +241,14 @@ void ToolTipWindow_ZL::setAttributedString(const QTextDocumentFragment &text, bo
     // A tooltip that changes while fading comes back only through show().
     if (isFading())
         d->animationDidStop();
-    const QRectF used = d->textView->setText(text, wrapText ? wrapWidth : -1.0);
-    const QSizeF size = ToolTipContentSize(used, d->textView->textContainerInset());
-    const QSize pixels(int(std::ceil(size.width())), int(std::ceil(size.height())));
-    resize(pixels);
-    d->textView->setGeometry(QRect(QPoint(0, 0), pixels));
-    if (isVisible())
-        update();
+    d->sizeToText(d->textView->setText(text, wrapText ? wrapWidth : -1.0));
 }
 
 void ToolTipWindow_ZL::setString(const QString &text, bool wrapText)
 {
-    setAttributedString(QTextDocumentFragment::fromPlainText(text), wrapText);
+    if (isFading())
+        d->animationDidStop();
+    d->sizeToText(ToolTipSetPlainText_ZL(d->textView, text, wrapText ? wrapWidth : -1.0));
 }
 
 void ToolTipWindow_ZL::setVisible(bool visible)

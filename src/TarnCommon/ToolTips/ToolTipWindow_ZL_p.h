@@ -44,3 +44,10 @@ int ToolTipCursorThemeSize(const QByteArray &xcursorSize, const QByteArray &reso
 double ToolTipCursorReachBelowHotSpot();
 
 } // namespace KQToolTipRules
+
+class ToolTipTextView_ZL;
+class QString;
+
+// What ToolTipTextView_ZL::setText() does for a plain string, faster
+// when the view already holds plain text in its own font and width.
+QRectF ToolTipSetPlainText_ZL(ToolTipTextView_ZL *view, const QString &text, double wrapWidth);
