@@ -26,19 +26,13 @@ void tst_Translations::textsFollowTheLanguage_data()
     QTest::addColumn<bool>("installed");
     QTest::addColumn<QString>("emptyModeText");
     QTest::addColumn<QString>("buttonDescription");
-
-    QTest::newRow("German") << QLocale(QLocale::German, QLocale::Germany) << true
-                            << QStringLiteral("Kein Inspektor verfügbar für das Fenster:")
-                            << QStringLiteral("Ausgeklappt; drücken, um den Abschnitt auszublenden");
-    QTest::newRow("Swiss German falls back to German")
-        << QLocale(QLocale::German, QLocale::Switzerland) << true
-        << QStringLiteral("Kein Inspektor verfügbar für das Fenster:")
-        << QStringLiteral("Ausgeklappt; drücken, um den Abschnitt auszublenden");
-    QTest::newRow("French") << QLocale(QLocale::French, QLocale::France) << true
-                            << QStringLiteral("Inspecteur indisponible pour la fenêtre :")
+    const QString german = QStringLiteral("Kein Inspektor verfügbar für das Fenster:");
+    const QString germanButton = QStringLiteral("Ausgeklappt; drücken, um den Abschnitt auszublenden");
+    QTest::newRow("German") << QLocale(QLocale::German, QLocale::Germany) << true << german << germanButton;
+    QTest::newRow("Swiss German falls back to German") << QLocale(QLocale::German, QLocale::Switzerland) << true << german << germanButton;
+    QTest::newRow("French") << QLocale(QLocale::French, QLocale::France) << true << QStringLiteral("Inspecteur indisponible pour la fenêtre :")
                             << QStringLiteral("Déplié ; appuyer pour masquer la section");
-    QTest::newRow("English needs none") << QLocale(QLocale::English) << false
-                                        << QStringLiteral("Inspector not available for window:")
+    QTest::newRow("English needs none") << QLocale(QLocale::English) << false << QStringLiteral("Inspector not available for window:")
                                         << QStringLiteral("Expanded; press to hide the section");
 }
 
@@ -48,7 +42,6 @@ void tst_Translations::textsFollowTheLanguage()
     QFETCH(bool, installed);
     QFETCH(QString, emptyModeText);
     QFETCH(QString, buttonDescription);
-
     // Made before the language changes: the texts on show must follow.
     QWidget document;
     document.setWindowTitle(QStringLiteral("Notes"));
@@ -58,14 +51,11 @@ void tst_Translations::textsFollowTheLanguage()
     KQCollapsibleView section(QStringLiteral("Section"), nullptr, true, false);
     auto *button = section.findChild<QToolButton *>(QStringLiteral("collapseButton"));
     QVERIFY(button);
-
     QCOMPARE(KQInstallTranslations(locale), installed);
     QCoreApplication::sendPostedEvents(nullptr, QEvent::LanguageChange);
     QCoreApplication::processEvents();
-
     const QString text = mode.textView()->toPlainText();
-    QVERIFY2(text.startsWith(emptyModeText), qPrintable(text));
-    QVERIFY2(text.endsWith(QStringLiteral("Notes")), qPrintable(text));
+    QVERIFY2(text.startsWith(emptyModeText) && text.endsWith(QStringLiteral("Notes")), qPrintable(text));
     QCOMPARE(button->accessibleDescription(), buttonDescription);
 }
 
