@@ -7,3 +7,11 @@ function(run)
     endif()
     set(run_output "${out}" PARENT_SCOPE)
 endfunction()
+
+# run_expecting(<regex> <command...>): run(), and its output must match.
+function(run_expecting regex)
+    run(${ARGN})
+    if(NOT run_output MATCHES "${regex}")
+        message(FATAL_ERROR "${ARGN} did not print ${regex}: ${run_output}")
+    endif()
+endfunction()

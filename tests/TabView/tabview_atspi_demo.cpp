@@ -1,18 +1,15 @@
-// A real window with a tab view and the accessibility groups switched on,
-// for reading from outside with an AT-SPI client. Shows four tabs and hides
-// the third, so the group must list three buttons. Each tab's page holds a
-// text field and a push button named after the tab ("Square field", "Square
-// apply"). Quits by itself after a while, so a failing client never leaves
-// it behind.
+// A real window with a tab view and the accessibility groups switched on, for
+// reading from outside with an AT-SPI client. Four tabs, the third hidden, so
+// the group lists three buttons; each page holds a text field and a push
+// button named after its tab ("Square field", "Square apply"). Quits by itself
+// after the seconds given (60), so a failing client never leaves it behind.
 #include <TarnCommon/KQAccessibility.h>
 #include <TarnCommon/KQSettings.h>
 #include <TarnCommon/KQTab.h>
 #include <TarnCommon/KQTabView.h>
 
 #include <QtCore/QTimer>
-#include <QtGui/QPainter>
 #include <QtWidgets/QApplication>
-#include <QtWidgets/QLabel>
 #include <QtWidgets/QLineEdit>
 #include <QtWidgets/QPushButton>
 #include <QtWidgets/QVBoxLayout>
@@ -29,42 +26,29 @@ int main(int argc, char *argv[])
         std::fprintf(stderr, "the automation switch did not take\n");
         return 1;
     }
-
     QWidget window;
-    window.setWindowTitle(QStringLiteral("Tab view accessibility check"));
     window.setGeometry(120, 90, 360, 240);
     KQTabView view(QRect(0, 0, 360, 240), &window);
-    const QStringList names{QStringLiteral("Circle"), QStringLiteral("Square"), QStringLiteral("Triangle"),
-                            QStringLiteral("Star")};
-    const QList<QColor> colors{Qt::blue, Qt::darkGreen, Qt::darkYellow, Qt::red};
     QList<KQTab *> tabs;
-    for (int i = 0; i < names.size(); ++i) {
+    for (const QString &name : {QStringLiteral("Circle"), QStringLiteral("Square"), QStringLiteral("Triangle"), QStringLiteral("Star")}) {
         auto *tab = new KQTab(&view);
         QPixmap icon(16, 16);
-        icon.fill(colors[i]);
+        icon.fill(QColor::fromHsv(int(tabs.size()) * 90, 200, 200));
         tab->setIcon(QIcon(icon));
-        tab->setIconTooltip(names[i]);
-        tab->setTag(i + 1);
-        // Without a parent: the tab owns its page.
-        auto *page = new QWidget;
+        tab->setIconTooltip(name);
+        tab->setTag(tabs.size() + 1);
+        auto *page = new QWidget; // the tab owns its page
         auto *layout = new QVBoxLayout(page);
-        layout->addWidget(new QLabel(names[i], page));
-        auto *field = new QLineEdit(page);
-        field->setAccessibleName(names[i] + QStringLiteral(" field"));
-        layout->addWidget(field);
-        auto *apply = new QPushButton(names[i] + QStringLiteral(" apply"), page);
-        layout->addWidget(apply);
+        layout->addWidget(new QLineEdit(page));
+        layout->itemAt(0)->widget()->setAccessibleName(name + QStringLiteral(" field"));
+        layout->addWidget(new QPushButton(name + QStringLiteral(" apply"), page));
         tab->setView(page);
         tabs << tab;
     }
     view.setTabs(tabs);
     view.hideTab(3);
     window.show();
-
-    bool ok = false;
-    const int seconds = argc > 1 ? QString::fromLocal8Bit(argv[1]).toInt(&ok) : 0;
-    QTimer::singleShot((ok && seconds > 0 ? seconds : 60) * 1000, &application, &QApplication::quit);
-    std::printf("ready\n");
-    std::fflush(stdout);
+    const int seconds = argc > 1 ? QString::fromLocal8Bit(argv[1]).toInt() : 0;
+    QTimer::singleShot((seconds > 0 ? seconds : 60) * 1000, &application, &QApplication::quit);
     return application.exec();
 }

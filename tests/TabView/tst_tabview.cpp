@@ -1,7 +1,5 @@
-// The tab bar's rules, the tab view's selection and ownership, and (run with
-// --accessibility in a process of its own, since the switch is read once per
-// process) the accessibility groups.
-#include "KQAccessibleWidget_p.h"
+// The tab bar's rules, the tab view's selection, ownership and drawing. The
+// accessibility tree is read from outside by atspi_check.py.
 #include "KQTabBarGeometry_p.h"
 #include "MessageCapture.h"
 
@@ -14,14 +12,26 @@
 
 #include <QtGui/QAccessible>
 #include <QtGui/QPainter>
-#include <QtTest/QSignalSpy>
-#include <QtTest/QTest>
-#include <QtWidgets/QApplication>
+#include <QtTest/QtTest>
 #include <QtWidgets/QLineEdit>
 
 #include <memory>
 
 using Tags = QList<qint64>;
+
+// On tabs 1, 2, 3 with 1 selected: set-up operations, then one more whose
+// result, tabsChanged signal and error report are checked; the visible tags
+// and the selected one (0: none) after it.
+struct Operation
+{
+    QStringList setup;
+    QString operation;
+    bool result, changed;
+    Tags visible;
+    qint64 selected;
+    bool reported = false;
+};
+Q_DECLARE_METATYPE(Operation)
 
 namespace {
 
@@ -29,10 +39,9 @@ namespace {
 KQTab *makeTab(QObject *owner, qint64 tag, const QString &tooltip = QString(), QSize viewSize = {100, 50})
 {
     auto *tab = new KQTab(owner);
-    auto *view = new QWidget;
-    view->resize(viewSize);
-    view->setObjectName(QStringLiteral("view%1").arg(tag));
-    tab->setView(view);
+    tab->setView(new QWidget);
+    tab->view()->resize(viewSize);
+    tab->view()->setObjectName(QStringLiteral("view%1").arg(tag));
     tab->setTag(tag);
     tab->setIconTooltip(tooltip);
     return tab;
@@ -94,342 +103,6 @@ public:
     QList<QPair<qint64, QRectF>> cells;
 };
 
-class tst_TabView : public QObject
-{
-    Q_OBJECT
-
-private Q_SLOTS:
-    void initTestCase() { KQSettings::enableTestMode(); }
-    void cleanup() { m_window.reset(); }
-
-    void cells_data();
-    void cells();
-    void hitTestingAgreesWithCells_data();
-    void hitTestingAgreesWithCells();
-    void placement_data();
-    void placement();
-    void clickTracking_data();
-    void clickTracking();
-    void tabNotifiesOnlyChanges_data();
-    void tabNotifiesOnlyChanges();
-    void initWithTabsSizing_data();
-    void initWithTabsSizing();
-    void hiddenTabViewLaysOutAtOnce_data();
-    void hiddenTabViewLaysOutAtOnce();
-    void contentWidgetGoesBackToItsOwner_data();
-    void contentWidgetGoesBackToItsOwner();
-    void delegateMessages_data();
-    void delegateMessages();
-    void delegateMayDestroyTheTabView_data();
-    void delegateMayDestroyTheTabView();
-    void tabOperations_data();
-    void tabOperations();
-    void clickSequences_data();
-    void clickSequences();
-    void toolTipAtPoint_data();
-    void toolTipAtPoint();
-    void selectForeignTabIsRefused();
-    void initialFirstResponderGetsFocus();
-    void destroyedTabsDropOut();
-    void widgetReplacedWhileSelected();
-    void drawing();
-    void sharpIconsOnHighDpi();
-    void noAccessibilityWhenSwitchedOff();
-
-private:
-    // A shown 200 x 100 tab view, tabs 1, 2, 3 with tooltips "one", "two", none.
-    KQTabView *makeTabView();
-    std::unique_ptr<QWidget> m_window;
-};
-
-KQTabView *tst_TabView::makeTabView()
-{
-    m_window = std::make_unique<QWidget>();
-    m_window->resize(200, 100);
-    auto *view = new KQTabView(QRect(0, 0, 200, 100), m_window.get());
-    view->setTabs({makeTab(view, 1, QStringLiteral("one")), makeTab(view, 2, QStringLiteral("two")), makeTab(view, 3)});
-    m_window->show();
-    return QTest::qWaitForWindowExposed(m_window.get()) ? view : nullptr;
-}
-
-void tst_TabView::cells_data()
-{
-    QTest::addColumn<QRectF>("bar");
-    QTest::addColumn<int>("count");
-    QTest::addColumn<QList<double>>("xs");
-    QTest::newRow("3 in 200") << QRectF(0, 0, 200, 27) << 3 << QList<double>{40, 80, 120};
-    QTest::newRow("1 in 75, floored") << QRectF(0, 0, 75, 27) << 1 << QList<double>{17};
-    QTest::newRow("6 spill both ends") << QRectF(0, 0, 200, 27) << 6 << QList<double>{-20, 20, 60, 100, 140, 180};
-    QTest::newRow("bar off the origin") << QRectF(10, 5, 200, 27) << 2 << QList<double>{70, 110};
-    QTest::newRow("none") << QRectF(0, 0, 200, 27) << 0 << QList<double>{};
-}
-
-void tst_TabView::cells()
-{
-    QFETCH(QRectF, bar);
-    QFETCH(int, count);
-    QFETCH(QList<double>, xs);
-    QList<QRectF> expected;
-    for (double x : xs)
-        expected << QRectF(x, bar.y(), 40, 26);
-    QCOMPARE(KQTabBar::tabRectsForTabBarRect(bar, count), expected);
-}
-
-void tst_TabView::hitTestingAgreesWithCells_data()
-{
-    QTest::addColumn<QRectF>("bounds");
-    QTest::addColumn<int>("count");
-    QTest::newRow("odd width, 3") << QRectF(0, 0, 201, 80) << 3;
-    QTest::newRow("fractional origin, 4") << QRectF(3.25, 7.5, 190.5, 60) << 4;
-    QTest::newRow("spilling, 7") << QRectF(0, 0, 150, 40) << 7;
-    QTest::newRow("none") << QRectF(0, 0, 200, 100) << 0;
-}
-
-void tst_TabView::hitTestingAgreesWithCells()
-{
-    QFETCH(QRectF, bounds);
-    QFETCH(int, count);
-    // The drawn cells and the hit test never disagree, edges and the
-    // separator row included.
-    const QList<QRectF> cells = KQTabBar::tabRectsForTabBarRect(KQTabBar::tabBarRectForBounds(bounds), count);
-    for (double y = bounds.y() - 1; y < bounds.y() + 30; y += 0.5) {
-        for (double x = bounds.x() - 160; x < bounds.right() + 160; x += 0.5) {
-            qsizetype expected = -1;
-            for (qsizetype i = 0; i < cells.size() && expected < 0; ++i)
-                expected = kq_pointInRect(QPointF(x, y), cells[i]) ? i : -1;
-            QCOMPARE(KQTabBar::tabIndexAtPoint(bounds, count, QPointF(x, y)), expected);
-        }
-    }
-}
-
-void tst_TabView::placement_data()
-{
-    // rule: "icon" (of cell `a`), "content" (of bounds `a`), or "button N/C"
-    // (tab N of C, window `a`, bounds `b`).
-    QTest::addColumn<QString>("rule");
-    QTest::addColumn<QRectF>("a");
-    QTest::addColumn<QRectF>("b");
-    QTest::addColumn<QRectF>("expected");
-    QTest::newRow("icon") << "icon" << QRectF(40, 0, 40, 26) << QRectF() << QRectF(52, 5, 16, 16);
-    QTest::newRow("icon, floored") << "icon" << QRectF(17.5, 0.25, 40, 26) << QRectF() << QRectF(29, 5, 16, 16);
-    QTest::newRow("content") << "content" << QRectF(5, 10, 100, 50) << QRectF() << QRectF(5, 37, 100, 23);
-    QTest::newRow("content, too short") << "content" << QRectF(0, 0, 200, 20) << QRectF() << QRectF(0, 27, 200, 0);
-    // y = window y + (H - 27) + 20 - (bounds y + 27), y-up.
-    QTest::newRow("button 1/3") << "button 1/3" << QRectF(100, 500, 300, 200) << QRectF(0, 0, 200, 100)
-                                << QRectF(180, 566, 40, 28);
-    QTest::newRow("button 0/3") << "button 0/3" << QRectF(100, 500, 300, 200) << QRectF(0, 0, 200, 60)
-                                << QRectF(140, 526, 40, 28);
-    QTest::newRow("button, bounds y") << "button 0/1" << QRectF(0, 0, 300, 200) << QRectF(0, 10, 100, 100)
-                                      << QRectF(30, 56, 40, 28);
-}
-
-void tst_TabView::placement()
-{
-    QFETCH(QString, rule);
-    QFETCH(QRectF, a);
-    QFETCH(QRectF, b);
-    QFETCH(QRectF, expected);
-    if (rule == QLatin1String("icon")) {
-        QCOMPARE(KQTabBar::iconRectForCell(a), expected);
-    } else if (rule == QLatin1String("content")) {
-        QCOMPARE(KQTabBar::contentFrameForBounds(a), expected);
-        QCOMPARE(KQTabBar::tabBarRectForBounds(a), QRectF(a.x(), a.y(), a.width(), 27));
-    } else {
-        const QStringList n = rule.mid(7).split(u'/');
-        QCOMPARE(KQTabBar::accessibilityButtonFrame(a, b, n[1].toInt(), n[0].toInt()), expected);
-    }
-}
-
-void tst_TabView::clickTracking_data()
-{
-    // Per step: the tab under the pointer (-1: none) and whether the button
-    // went up; the pressed tab after each step; the tab selected at the end.
-    QTest::addColumn<QList<int>>("under");
-    QTest::addColumn<QList<bool>>("released");
-    QTest::addColumn<QList<int>>("pressed");
-    QTest::addColumn<int>("selected");
-    QTest::newRow("press A, drag to B, release") << QList<int>{0, 1, 1} << QList<bool>{false, false, true}
-                                                 << QList<int>{0, 1, -1} << 1;
-    QTest::newRow("drag off and release") << QList<int>{0, -1, -1} << QList<bool>{false, false, true}
-                                          << QList<int>{0, -1, -1} << -1;
-    QTest::newRow("stray release over a cell") << QList<int>{2} << QList<bool>{true} << QList<int>{-1} << 2;
-}
-
-void tst_TabView::clickTracking()
-{
-    QFETCH(QList<int>, under);
-    QFETCH(QList<bool>, released);
-    QFETCH(QList<int>, pressed);
-    QFETCH(int, selected);
-    KQTab tabs[3];
-    const auto tabAt = [&tabs](int index) { return index < 0 ? nullptr : &tabs[index]; };
-    KQTabClickTracker tracker;
-    KQTab *selection = nullptr;
-    for (qsizetype i = 0; i < under.size(); ++i) {
-        KQTab *before = tracker.pressedDownTab();
-        const KQTabClickTracker::Step step = tracker.track(tabAt(under[i]), released[i]);
-        QCOMPARE(step.pressedChanged, before != tabAt(under[i]));
-        QCOMPARE(step.finished, bool(released[i]));
-        if (step.finished) {
-            selection = step.selection;
-            tracker.reset();
-        }
-        QCOMPARE(tracker.pressedDownTab(), tabAt(pressed[i]));
-    }
-    QCOMPARE(selection, tabAt(selected));
-
-    // A pressed tab that is destroyed is forgotten.
-    auto *gone = new KQTab;
-    tracker.track(gone, false);
-    delete gone;
-    QCOMPARE(tracker.pressedDownTab(), nullptr);
-}
-
-void tst_TabView::tabNotifiesOnlyChanges_data()
-{
-    // A property set to a first value, then a second: notifications of the second.
-    QTest::addColumn<QByteArray>("property");
-    QTest::addColumn<QVariant>("first");
-    QTest::addColumn<QVariant>("second");
-    QTest::addColumn<int>("notified");
-    const QIcon red = makeIcon(Qt::red);
-    QTest::newRow("same icon") << QByteArray("icon") << QVariant(red) << QVariant(red) << 0;
-    QTest::newRow("another icon") << QByteArray("icon") << QVariant(red) << QVariant(makeIcon(Qt::red)) << 1;
-    QTest::newRow("same tag") << QByteArray("tag") << QVariant(qint64(5)) << QVariant(qint64(5)) << 0;
-    QTest::newRow("null to empty tooltip") << QByteArray("iconTooltip") << QVariant(QString())
-                                           << QVariant(QStringLiteral("")) << 1;
-}
-
-void tst_TabView::tabNotifiesOnlyChanges()
-{
-    QFETCH(QByteArray, property);
-    QFETCH(QVariant, first);
-    QFETCH(QVariant, second);
-    QFETCH(int, notified);
-    KQTab tab;
-    const QMetaProperty meta = tab.metaObject()->property(tab.metaObject()->indexOfProperty(property));
-    QVERIFY(meta.write(&tab, first));
-    QSignalSpy spy(&tab, meta.notifySignal());
-    QVERIFY(meta.write(&tab, second));
-    QCOMPARE(spy.count(), notified);
-}
-
-void tst_TabView::initWithTabsSizing_data()
-{
-    QTest::addColumn<QList<QSize>>("viewSizes"); // invalid: a tab without a view
-    QTest::addColumn<bool>("subclass");
-    QTest::addColumn<QSize>("frame");
-    QTest::newRow("largest width and height") << QList<QSize>{{200, 100}, {150, 300}} << false << QSize(200, 327);
-    QTest::newRow("no view counts as nothing") << QList<QSize>{{-1, -1}, {80, 40}} << false << QSize(80, 67);
-    QTest::newRow("no tabs") << QList<QSize>{} << false << QSize(0, 27);
-    QTest::newRow("a subclass's frame rule") << QList<QSize>{{200, 100}, {150, 300}} << true << QSize(210, 340);
-}
-
-void tst_TabView::initWithTabsSizing()
-{
-    QFETCH(QList<QSize>, viewSizes);
-    QFETCH(bool, subclass);
-    QFETCH(QSize, frame);
-    QObject owner;
-    QList<KQTab *> tabs;
-    for (const QSize &size : viewSizes) {
-        KQTab *tab = makeTab(&owner, tabs.size() + 1, QString(), size.isValid() ? size : QSize(10, 10));
-        if (!size.isValid())
-            delete tab->view();
-        tabs << tab;
-    }
-    const std::unique_ptr<KQTabView> view(subclass ? new CustomTabView(tabs) : new KQTabView(tabs));
-    view->ensurePolished(); // the first sizing a subclass's rule takes part in
-    QCOMPARE(view->geometry(), QRect(QPoint(0, 0), frame));
-    QCOMPARE(view->selectedTab(), tabs.value(0, nullptr));
-    QCOMPARE(view->tabs(), tabs);
-    if (QWidget *content = view->selectedTab() ? view->selectedTab()->view() : nullptr)
-        QCOMPARE(content->geometry(), QRect(0, 27, frame.width(), frame.height() - 27));
-    if (auto *custom = dynamic_cast<CustomTabView *>(view.get())) {
-        // The subclass draws the bar and each cell, centred: x = 105 - 40.
-        QImage image(view->size(), QImage::Format_ARGB32_Premultiplied);
-        view->render(&image);
-        QCOMPARE(custom->bars, QList<QRectF>{QRectF(0, 0, 210, 27)});
-        QCOMPARE(custom->cells, (QList<QPair<qint64, QRectF>>{{1, QRectF(65, 0, 40, 26)}, {2, QRectF(105, 0, 40, 26)}}));
-    }
-}
-
-void tst_TabView::hiddenTabViewLaysOutAtOnce_data()
-{
-    QTest::addColumn<QString>("how");
-    QTest::addColumn<bool>("shownBefore");
-    QTest::newRow("resize, never shown") << "resize" << false;
-    QTest::newRow("setGeometry") << "setGeometry" << false;
-    QTest::newRow("geometry property") << "geometry" << false;
-    QTest::newRow("size property") << "size" << false;
-    QTest::newRow("resize, hidden after showing") << "resize" << true;
-}
-
-void tst_TabView::hiddenTabViewLaysOutAtOnce()
-{
-    QFETCH(QString, how);
-    QFETCH(bool, shownBefore);
-    KQTabView view(QRect(0, 0, 200, 100));
-    view.setTabs({makeTab(&view, 1)});
-    if (shownBefore) {
-        view.show();
-        QVERIFY(QTest::qWaitForWindowExposed(&view));
-        view.hide();
-    }
-    if (how == QLatin1String("resize"))
-        view.resize(300, 150);
-    else if (how == QLatin1String("setGeometry"))
-        view.setGeometry(0, 0, 300, 150);
-    else
-        view.setProperty(how.toLatin1(), how == QLatin1String("size") ? QVariant(QSize(300, 150)) : QVariant(QRect(0, 0, 300, 150)));
-    QVERIFY(view.isHidden());
-    QCOMPARE(view.selectedTab()->view()->geometry(), QRect(0, 27, 300, 123));
-}
-
-void tst_TabView::contentWidgetGoesBackToItsOwner_data()
-{
-    QTest::addColumn<QString>("owner"); // of the content widget
-    QTest::addColumn<bool>("deselect"); // or drop the tab
-    QTest::addColumn<bool>("outlivesTabView");
-    QTest::addColumn<bool>("outlivesTab");
-    QTest::newRow("its tab's, deselected") << "tab" << true << true << false;
-    QTest::newRow("its tab's, tab dropped") << "tab" << false << true << false;
-    QTest::newRow("the caller's, deselected") << "caller" << true << true << true;
-    QTest::newRow("the caller's, tab dropped") << "caller" << false << true << true;
-    QTest::newRow("the tab view's") << "tab view" << true << false << false;
-}
-
-void tst_TabView::contentWidgetGoesBackToItsOwner()
-{
-    QFETCH(QString, owner);
-    QFETCH(bool, deselect);
-    QFETCH(bool, outlivesTabView);
-    QFETCH(bool, outlivesTab);
-    QWidget caller;
-    auto view = std::make_unique<KQTabView>(QRect(0, 0, 200, 100));
-    auto tabOwner = std::make_unique<QObject>();
-    KQTab *tab = makeTab(tabOwner.get(), 1);
-    QWidget *parent = owner == QLatin1String("caller")     ? &caller
-                      : owner == QLatin1String("tab view") ? static_cast<QWidget *>(view.get())
-                                                           : nullptr;
-    delete tab->view();
-    const QPointer<QWidget> content = new QWidget(parent);
-    tab->setView(content);
-    KQTab *other = makeTab(tabOwner.get(), 2);
-    view->setTabs({tab, other});
-    QCOMPARE(content->parentWidget(), view.get());
-    if (deselect)
-        view->selectTab(other);
-    else
-        view->setTabs({other});
-    QCOMPARE(content->parentWidget(), parent);
-    QVERIFY(content->isHidden());
-    view.reset();
-    QCOMPARE(!content.isNull(), outlivesTabView);
-    tabOwner.reset();
-    QCOMPARE(!content.isNull(), outlivesTab);
-}
-
 // Runs "select T", "hide T", "hidesel T", "show T P", "replace OLD NEW P",
 // "set T..." or "destroy T"; answers its result, true for those without one.
 static bool run(KQTabView *view, const QString &operation)
@@ -463,653 +136,566 @@ static bool run(KQTabView *view, const QString &operation)
     return true;
 }
 
-void tst_TabView::delegateMessages_data()
-{
-    // On tabs 1, 2, 3 with 1 selected; each message with the widget on show.
-    QTest::addColumn<QStringList>("operations");
-    QTest::addColumn<QString>("log");
-    QTest::newRow("old widget up at will, new one at did")
-        << QStringList{"select 3"} << "will 3<-1 shown:view1; did 3<-1 shown:view3";
-    QTest::newRow("reselecting is not short-cut") << QStringList{"select 1"}
-                                                  << "will 1<-1 shown:view1; did 1<-1 shown:view1";
-    QTest::newRow("no tabs select nothing, new tabs the first")
-        << QStringList{"set", "set 2 3"} << "will -<-1 shown:view1; did -<-1 shown:; will 2<-- shown:; did 2<-- shown:view2";
-}
-
-void tst_TabView::delegateMessages()
-{
-    QFETCH(QStringList, operations);
-    QFETCH(QString, log);
-    KQTabView *view = makeTabView();
-    QVERIFY(view);
-    RecordingDelegate delegate;
-    view->setDelegate(&delegate);
-    QSignalSpy changed(view, &KQTabView::selectedTabChanged);
-    for (const QString &operation : operations)
-        run(view, operation);
-    QCOMPARE(delegate.log.join(QStringLiteral("; ")), log);
-    QCOMPARE(changed.count(), log.count(QStringLiteral("did ")));
-}
-
-void tst_TabView::delegateMayDestroyTheTabView_data()
-{
-    QTest::addColumn<QString>("destroyIn");
-    QTest::addColumn<QString>("how"); // "click" on the second tab, or an operation
-    for (const char *in : {"will", "did"})
-        for (const char *how : {"select 2", "click", "hide 1", "set 2 3"})
-            QTest::addRow("in %s, %s", in, how) << QString::fromLatin1(in) << QString::fromLatin1(how);
-}
-
-void tst_TabView::delegateMayDestroyTheTabView()
-{
-    QFETCH(QString, destroyIn);
-    QFETCH(QString, how);
-    KQTabView *view = makeTabView();
-    QVERIFY(view);
-    RecordingDelegate delegate;
-    delegate.destroyIn = destroyIn;
-    view->setDelegate(&delegate);
-    const QPointer<KQTabView> watched(view);
-    if (how == QLatin1String("click")) {
-        QTest::mousePress(view, Qt::LeftButton, {}, QPoint(90, 10));
-        QTest::mouseRelease(view, Qt::LeftButton, {}, QPoint(90, 10));
-    } else {
-        run(view, how);
-    }
-    // Nothing of the tab view may be touched once it is gone (ASan shows it).
-    QVERIFY(watched.isNull());
-}
-
-void tst_TabView::tabOperations_data()
-{
-    // On tabs 1, 2, 3 with 1 selected: set-up operations, then one more whose
-    // result, tabsChanged signal and error report are checked; the visible
-    // tags and the selected one (0: none) after it.
-    QTest::addColumn<QStringList>("setup");
-    QTest::addColumn<QString>("operation");
-    QTest::addColumn<bool>("result");
-    QTest::addColumn<bool>("changed");
-    QTest::addColumn<Tags>("visible");
-    QTest::addColumn<int>("selected");
-    QTest::addColumn<bool>("reported");
-    const auto row = [](const char *name, const QStringList &setup, const char *operation, bool result,
-                        bool changed, const Tags &visible, int selected, bool reported = false) {
-        QTest::newRow(name) << setup << QString::fromLatin1(operation) << result << changed << visible << selected
-                            << reported;
-    };
-    row("hide the selected: the first left selected", {}, "hide 1", true, true, {2, 3}, 2);
-    row("hide another: selection kept", {"select 2"}, "hide 1", true, true, {2, 3}, 2);
-    row("hide every tab", {"select 3", "hide 3", "hide 1"}, "hide 2", true, true, {}, 0);
-    row("hide an unknown tag", {"select 2"}, "hide 42", true, false, {1, 2, 3}, 2);
-    row("hide a hidden tab", {"hide 3"}, "hide 3", true, false, {1, 2}, 1);
-    row("hide the selection: widget stays", {}, "hidesel 1", true, true, {2, 3}, 1);
-    row("hidesel of an unselected tab hides it", {}, "hidesel 2", false, true, {1, 3}, 1);
-    row("hidesel of an unknown tag", {}, "hidesel 42", false, false, {1, 2, 3}, 1);
-    row("show at given places", {"hide 2", "hide 3", "show 3 0"}, "show 2 2", true, true, {3, 1, 2}, 1);
-    row("show an unknown tag", {"hide 3"}, "show 42 0", true, false, {1, 2}, 1);
-    row("show a visible tab", {"hide 3"}, "show 1 0", true, false, {1, 2}, 1);
-    row("show past the end: reported", {"hide 3"}, "show 3 5", true, false, {1, 2}, 1, true);
-    row("replace with the tab in place", {}, "replace 1 2 1", false, false, {1, 2, 3}, 1);
-    row("replace selected by a visible tab", {}, "replace 1 3 0", true, true, {3, 2}, 3);
-    row("replace unselected by a hidden tab", {"hide 3"}, "replace 2 3 1", true, true, {1, 3}, 1);
-    row("replace selected by a hidden tab", {"select 2", "hide 3"}, "replace 2 3 0", true, true, {3, 1}, 3);
-    row("replace selected by an unknown tag", {"select 2"}, "replace 2 42 0", false, true, {1, 3}, 0);
-    row("replace unselected by an unknown tag", {}, "replace 2 42 0", false, true, {1, 3}, 1);
-    row("replace unknown tags", {"hide 3"}, "replace 41 42 0", false, false, {1, 2}, 1);
-    row("set the same tabs", {"hide 3"}, "set 1 2", true, true, {1, 2}, 1);
-    row("destroy a visible tab", {"hide 3"}, "destroy 2", true, true, {1}, 1);
-    row("destroy a hidden tab", {"hide 3"}, "destroy 3", true, false, {1, 2}, 1);
-    row("destroy the selected tab", {"hide 3"}, "destroy 1", true, true, {2}, 0);
-    row("select another tab", {"hide 3"}, "select 2", true, false, {1, 2}, 2);
-}
-
-void tst_TabView::tabOperations()
-{
-    QFETCH(QStringList, setup);
-    QFETCH(QString, operation);
-    QFETCH(bool, result);
-    QFETCH(bool, changed);
-    QFETCH(Tags, visible);
-    QFETCH(int, selected);
-    QFETCH(bool, reported);
-    KQTabView *view = makeTabView();
-    QVERIFY(view);
-    for (const QString &step : setup)
-        run(view, step);
-    QSignalSpy spy(view, &KQTabView::tabsChanged);
-    MessageCapture capture;
-    QCOMPARE(run(view, operation), result);
-    QCOMPARE(!capture.text().isEmpty(), reported);
-    QCOMPARE(!spy.isEmpty(), changed);
-    Tags tags;
-    for (KQTab *tab : view->tabs())
-        tags << tab->tag();
-    QCOMPARE(tags, visible);
-    KQTab *selection = view->selectedTab();
-    QCOMPARE(selection ? selection->tag() : 0, qint64(selected));
-    // The selection's widget, and no other, is on show.
-    for (QWidget *child : view->findChildren<QWidget *>(Qt::FindDirectChildrenOnly))
-        QCOMPARE(!child->isHidden(), selection && child == selection->view());
-    if (!operation.startsWith(QLatin1String("set")) && !operation.startsWith(QLatin1String("destroy")))
-        QCOMPARE(view->hiddenTabs().size() + view->tabs().size(), qsizetype(3)); // no tab lost
-    QCOMPARE(view->property("tabs").value<QList<KQTab *>>(), view->tabs());
-    if (!selection)
-        QCOMPARE(view->tabAtPoint(QPointF(100, 10)), view->tabs().value(view->tabs().size() / 2));
-}
-
-void tst_TabView::clickSequences_data()
-{
-    // Steps "pX" press, "mX" move, "rX" release, at y = 10; the pressed tag
-    // after each; the selected tag at the end; whether the delegate heard.
-    QTest::addColumn<QString>("steps");
-    QTest::addColumn<QList<int>>("pressed");
-    QTest::addColumn<int>("selected");
-    QTest::addColumn<bool>("told");
-    QTest::newRow("click") << "p130 r130" << QList<int>{3, 0} << 3 << true;
-    QTest::newRow("press, drag to the second") << "p50 m90 r90" << QList<int>{1, 2, 0} << 2 << true;
-    QTest::newRow("drag off the cells") << "p130 m190 r190" << QList<int>{3, 0, 0} << 1 << false;
-    QTest::newRow("off and back on") << "p130 m10 m125 r125" << QList<int>{3, 0, 3, 0} << 3 << true;
-    QTest::newRow("stray release over a cell") << "r90" << QList<int>{0} << 2 << true;
-    QTest::newRow("pressed, then hidden") << "p130 h" << QList<int>{3, 0} << 1 << false;
-}
-
-void tst_TabView::clickSequences()
-{
-    QFETCH(QString, steps);
-    QFETCH(QList<int>, pressed);
-    QFETCH(int, selected);
-    QFETCH(bool, told);
-    KQTabView *view = makeTabView();
-    QVERIFY(view);
-    RecordingDelegate delegate;
-    view->setDelegate(&delegate);
-    const QStringList list = steps.split(QLatin1Char(' '));
-    for (qsizetype i = 0; i < list.size(); ++i) {
-        const QPoint point(list[i].mid(1).toInt(), 10);
-        if (list[i].startsWith(u'p'))
-            QTest::mousePress(view, Qt::LeftButton, {}, point);
-        else if (list[i].startsWith(u'm'))
-            QTest::mouseMove(view, point);
-        else if (list[i].startsWith(u'r'))
-            QTest::mouseRelease(view, Qt::LeftButton, {}, point);
-        else
-            m_window->hide();
-        const KQTab *down = view->pressedDownTab();
-        QCOMPARE(down ? int(down->tag()) : 0, pressed[i]);
-    }
-    QCOMPARE(view->selectedTab()->tag(), qint64(selected));
-    QCOMPARE(!delegate.log.isEmpty(), told);
-}
-
-void tst_TabView::toolTipAtPoint_data()
-{
-    QTest::addColumn<QPointF>("point");
-    QTest::addColumn<QVariant>("tooltip");
-    QTest::newRow("first cell") << QPointF(50, 10) << QVariant(QStringLiteral("one"));
-    QTest::newRow("shared edge") << QPointF(80, 10) << QVariant(QStringLiteral("two"));
-    QTest::newRow("no tooltip") << QPointF(130, 10) << QVariant();
-    QTest::newRow("content area") << QPointF(50, 60) << QVariant();
-}
-
-void tst_TabView::toolTipAtPoint()
-{
-    QFETCH(QPointF, point);
-    QFETCH(QVariant, tooltip);
-    KQTabView *view = makeTabView();
-    QVERIFY(view);
-    bool wrap = true;
-    const QVariant answer = qobject_cast<ToolTipping_ZL *>(view)->toolTipAtPoint(point, &wrap);
-    QCOMPARE(answer, tooltip);
-    QVERIFY(wrap);
-}
-
-void tst_TabView::selectForeignTabIsRefused()
-{
-    KQTabView *view = makeTabView();
-    QVERIFY(view);
-    KQTabView other(QRect(0, 0, 100, 100));
-    KQTab *foreign = makeTab(&other, 9);
-    other.setTabs({foreign});
-    RecordingDelegate delegate;
-    view->setDelegate(&delegate);
-    MessageCapture capture;
-    view->selectTab(foreign);
-    QVERIFY(capture.text().contains("tab == nil || [_tabs containsObject:tab]"));
-    QCOMPARE(view->selectedTab(), view->tabs().at(0));
-    QVERIFY(delegate.log.isEmpty());
-    QCOMPARE(foreign->view()->parentWidget(), &other);
-}
-
-void tst_TabView::initialFirstResponderGetsFocus()
-{
-    KQTabView *view = makeTabView();
-    QVERIFY(view);
-    m_window->activateWindow();
-    QVERIFY(QTest::qWaitForWindowActive(m_window.get()));
-    KQTab *second = view->tabs().at(1);
-    auto *field = new QLineEdit(second->view());
-    second->setInitialFirstResponder(field);
-    view->selectTab(second);
-    QCOMPARE(QApplication::focusWidget(), field);
-}
-
-void tst_TabView::destroyedTabsDropOut()
-{
-    KQTabView *view = makeTabView();
-    QVERIFY(view);
-    view->hideTab(3);
-    delete view->hiddenTabs().at(0);
-    QVERIFY(view->hiddenTabs().isEmpty());
-    const QPointer<QWidget> shown = view->selectedTab()->view();
-    QSignalSpy changed(view, &KQTabView::selectedTabChanged);
-    delete view->selectedTab();
-    // Its widget went with the tab, and with it the selection.
-    QVERIFY(shown.isNull());
-    QCOMPARE(changed.count(), 1);
-    QCOMPARE(changed.at(0).at(0).value<KQTab *>(), nullptr);
-
-    // Tabs the view adopted and setTabs dropped die with it without calling
-    // back into it (ASan shows it).
-    auto owner = std::make_unique<KQTabView>(QRect(0, 0, 200, 100));
-    KQTab *kept = makeTab(nullptr, 1);
-    const QPointer<KQTab> dropped = makeTab(nullptr, 2);
-    owner->setTabs({kept, dropped});
-    owner->setTabs({kept});
-    owner->setTabs({kept});
-    QCOMPARE(dropped->parent(), owner.get());
-    owner.reset();
-    QVERIFY(dropped.isNull());
-}
-
-void tst_TabView::widgetReplacedWhileSelected()
-{
-    KQTabView *view = makeTabView();
-    QVERIFY(view);
-    KQTab *first = view->tabs().at(0);
-    QWidget *installed = first->view();
-    auto *replacement = new QWidget(m_window.get());
-    first->setView(replacement);
-    // The widget on show is taken down, and goes back to the caller.
-    view->selectTab(view->tabs().at(1));
-    QVERIFY(installed->isHidden());
-    QCOMPARE(installed->parentWidget(), nullptr);
-    delete installed;
-    view->resize(260, 120);
-    QCOMPARE(view->tabs().at(1)->view()->geometry(), QRect(0, 27, 260, 93));
-    view->selectTab(first); // now with its new widget
-    QCOMPARE(replacement->parentWidget(), view);
-    QVERIFY(!replacement->isHidden());
-    QCOMPARE(replacement->geometry(), QRect(0, 27, 260, 93));
-    QVERIFY(view->tabs().at(1)->view()->isHidden());
-}
-
-void tst_TabView::drawing()
-{
-    KQTabView *view = makeTabView();
-    QVERIFY(view);
-    // The selected cell keeps no icon, so its middle shows the shading alone.
-    for (KQTab *tab : view->tabs())
-        if (tab != view->tabs().at(1))
-            tab->setIcon(makeIcon(QColor(255, 0, 0)));
-    view->selectTab(view->tabs().at(1)); // cell x 80..120
-    view->clearFocus(); // the style's focus frame may fill the cell
-    const auto bar = [view] { return view->grab(QRect(0, 0, 200, 27)).toImage().convertToFormat(QImage::Format_ARGB32); };
-    const QRgb background = view->palette().color(QPalette::Button).rgba();
-    QImage image = bar();
-    QCOMPARE(image.pixel(5, 13), background);
-    QCOMPARE(image.pixel(0, 26), view->palette().color(QPalette::Dark).rgba()); // the separator
-    // The selected cell is darker at its sides in the middle row, fading
-    // toward the top and plain in the middle.
-    const int plain = QColor(background).lightness();
-    const int edge = image.pixelColor(80, 13).lightness();
-    QVERIFY(edge < plain - 20 && image.pixelColor(119, 13).lightness() < plain - 20);
-    QVERIFY(qAbs(image.pixelColor(100, 13).lightness() - plain) <= 2);
-    QVERIFY(qAbs(image.pixelColor(80, 0).lightness() - plain) <= 3);
-    QVERIFY(image.pixelColor(80, 6).lightness() > edge);
-
-    // A pressed tab darkens only its icon's opaque pixels, by 40 % black.
-    QTest::mousePress(view, Qt::LeftButton, {}, QPoint(140, 10)); // third cell, icon at (132, 5)
-    image = bar();
-    QCOMPARE(image.pixelColor(135, 15), QColor(153, 0, 0));
-    QCOMPARE(image.pixel(133, 6), background); // transparent quadrant
-    QCOMPARE(image.pixelColor(55, 15), QColor(255, 0, 0)); // first cell, not pressed
-    QTest::mouseMove(view, QPoint(190, 10));
-    QCOMPARE(bar().pixelColor(135, 15), QColor(255, 0, 0));
-    QTest::mouseRelease(view, Qt::LeftButton, {}, QPoint(190, 10));
-
-    // With no tab left the bar and its separator are still drawn, and the
-    // keys that walk the bar find nothing to select.
-    view->setTabs({});
-    MessageCapture quiet;
-    for (const Qt::Key key : {Qt::Key_Space, Qt::Key_Right, Qt::Key_End})
-        QTest::keyClick(view, key);
-    QCOMPARE(view->selectedTab(), nullptr);
-    QVERIFY(quiet.text().isEmpty());
-    image = bar();
-    QCOMPARE(image.pixel(100, 25), background);
-    QCOMPARE(image.pixel(100, 26), view->palette().color(QPalette::Dark).rgba());
-}
-
-void tst_TabView::sharpIconsOnHighDpi()
-{
-    // Stripes one device pixel wide in the density-2 version must stay so.
-    QImage stripes(32, 32, QImage::Format_ARGB32_Premultiplied);
-    for (int y = 0; y < 32; ++y)
-        for (int x = 0; x < 32; ++x)
-            stripes.setPixelColor(x, y, x % 2 ? QColor(0, 0, 255) : QColor(255, 255, 0));
-    QPixmap high = QPixmap::fromImage(stripes);
-    high.setDevicePixelRatio(2.0);
-    QIcon icon(QPixmap::fromImage(stripes.scaled(16, 16)));
-    icon.addPixmap(high);
-    KQTabView view(QRect(0, 0, 200, 100));
-    KQTab *tab = makeTab(&view, 1);
-    tab->setIcon(icon);
-    view.setTabs({tab}); // one cell at x 80, icon at (92, 5)
-    QImage image(400, 200, QImage::Format_ARGB32_Premultiplied);
-    image.setDevicePixelRatio(2.0);
-    image.fill(Qt::white);
-    view.render(&image);
-    for (int x = 2 * 92 + 4; x < 2 * 92 + 12; ++x)
-        QCOMPARE(image.pixelColor(x, 20), x % 2 ? QColor(0, 0, 255) : QColor(255, 255, 0));
-}
-
-void tst_TabView::noAccessibilityWhenSwitchedOff()
-{
-    QVERIFY(!KQAccessibility::validForAutomateTesting());
-    KQTabView *view = makeTabView();
-    QVERIFY(view);
-    view->setTabs(view->tabs());
-    QAccessibleInterface *iface = QAccessible::queryAccessibleInterface(view);
-    for (int i = 0; i < iface->childCount(); ++i)
-        QVERIFY(iface->child(i)->object()); // only widgets, no group
-    QCOMPARE(view->kqAccessibilityTabView(), nullptr);
-}
-
-// Stands for a proxy element that must not survive attaching a group.
-class NSAccessibilityReparentingCellProxy : public QWidget
+class tst_TabView : public QObject
 {
     Q_OBJECT
-public:
-    using QWidget::QWidget;
-};
 
-class tst_TabViewAccessibility : public QObject
-{
-    Q_OBJECT
+    std::unique_ptr<QWidget> m_window;
+
+    // A shown 200 x 100 tab view, tabs 1, 2, 3 with tooltips "one", "two", none.
+    KQTabView *makeTabView()
+    {
+        m_window = std::make_unique<QWidget>();
+        m_window->resize(200, 100);
+        auto *view = new KQTabView(QRect(0, 0, 200, 100), m_window.get());
+        view->setTabs({makeTab(view, 1, QStringLiteral("one")), makeTab(view, 2, QStringLiteral("two")), makeTab(view, 3)});
+        m_window->show();
+        return QTest::qWaitForWindowExposed(m_window.get()) ? view : nullptr;
+    }
 
 private Q_SLOTS:
-    void initTestCase();
-    void cleanup() { m_view.reset(); }
-    void groupTitlesRolesFrames();
-    void keptCurrent_data();
-    void keptCurrent();
-    void selectedTabControlsReachable_data();
-    void selectedTabControlsReachable();
-    void pressSelectsAsAClick_data();
-    void pressSelectsAsAClick();
-    void proxiesAreStripped();
-    void groupChildrenOperations();
-    void destroyedTabViewLeavesNoDanglingNodes();
+    void initTestCase() { KQSettings::enableTestMode(); }
+    void cleanup() { m_window.reset(); }
 
-private:
-    // A top-level 200 x 100 tab view at (100, 100), tooltips Alpha, Beta, ...
-    KQTabView *makeTabView(int count);
-    QAccessibleInterface *groupOf(KQTabView *view);
-    std::unique_ptr<KQTabView> m_view;
-};
-
-void tst_TabViewAccessibility::initTestCase()
-{
-    KQSettings::enableTestMode();
-    KQSettings::userDefaults()->setValue(QStringLiteral("enableScriptingAutomationTesting"), true);
-    QVERIFY(KQAccessibility::validForAutomateTesting());
-    // Read once: turning the setting off later changes nothing.
-    KQSettings::userDefaults()->setValue(QStringLiteral("enableScriptingAutomationTesting"), false);
-    QVERIFY(KQAccessibility::validForAutomateTesting());
-}
-
-KQTabView *tst_TabViewAccessibility::makeTabView(int count)
-{
-    m_view = std::make_unique<KQTabView>();
-    QList<KQTab *> tabs;
-    const QStringList tooltips{"Alpha", "Beta", "Gamma", "Delta"};
-    for (int i = 0; i < count; ++i)
-        tabs << makeTab(m_view.get(), i + 1, tooltips.value(i));
-    m_view->setGeometry(100, 100, 200, 100);
-    m_view->setTabs(tabs);
-    m_view->show();
-    return QTest::qWaitForWindowExposed(m_view.get()) ? m_view.get() : nullptr;
-}
-
-QAccessibleInterface *tst_TabViewAccessibility::groupOf(KQTabView *view)
-{
-    QAccessibleInterface *iface = QAccessible::queryAccessibleInterface(view);
-    return iface && iface->childCount() > 0 ? iface->child(iface->childCount() - 1) : nullptr;
-}
-
-void tst_TabViewAccessibility::groupTitlesRolesFrames()
-{
-    KQTabView *view = makeTabView(3);
-    QVERIFY(view);
-    QAccessibleInterface *iface = QAccessible::queryAccessibleInterface(view);
-    QCOMPARE(iface->text(QAccessible::Name), QStringLiteral("TabView"));
-    QAccessibleInterface *group = groupOf(view);
-    QVERIFY(group);
-    QCOMPARE(group->text(QAccessible::Name), QStringLiteral("TabView Group"));
-    QCOMPARE(group->role(), QAccessible::Grouping);
-    QCOMPARE(group->parent(), iface);
-    QCOMPARE(static_cast<QAccessibleInterface *>(view->kqAccessibilityTabView()->groupAccessbility()), group);
-
-    // Window y-up (100, 500) on the 700-high primary; buttons at (140 + 40 i,
-    // 566) y-up, 28 high: y = 700 - 594 = 106.
-    QCOMPARE(group->childCount(), 3);
-    for (int i = 0; i < 3; ++i) {
-        QAccessibleInterface *button = group->child(i);
-        QCOMPARE(button->object(), view->tabs().at(i)->view()); // the tab's widget stands for it
-        QCOMPARE(button->role(), QAccessible::Button);
-        QCOMPARE(button->text(QAccessible::Name), QStringList({"Alpha", "Beta", "Gamma"}).at(i));
-        QCOMPARE(button->parent(), group);
-        QCOMPARE(button->rect(), QRect(140 + 40 * i, 106, 40, 28));
+    void cells_data()
+    {
+        QTest::addColumn<QRectF>("bar");
+        QTest::addColumn<int>("count");
+        QTest::addColumn<QList<double>>("xs");
+        QTest::newRow("3 in 200") << QRectF(0, 0, 200, 27) << 3 << QList<double>{40, 80, 120};
+        QTest::newRow("1 in 75, floored") << QRectF(0, 0, 75, 27) << 1 << QList<double>{17};
+        QTest::newRow("6 spill both ends") << QRectF(0, 0, 200, 27) << 6 << QList<double>{-20, 20, 60, 100, 140, 180};
+        QTest::newRow("bar off the origin") << QRectF(10, 5, 200, 27) << 2 << QList<double>{70, 110};
+        QTest::newRow("none") << QRectF(0, 0, 200, 27) << 0 << QList<double>{};
     }
-    QCOMPARE(group->childAt(200, 120), group->child(1));
-    // Frames follow the window once the tree is read again: at (300, 200)
-    // the second is at y 700 - 466 - 28.
-    view->move(300, 200);
-    QCOMPARE(groupOf(view), group);
-    QCOMPARE(group->child(1)->rect(), QRect(380, 206, 40, 28));
-}
+    void cells()
+    {
+        QFETCH(QRectF, bar);
+        QFETCH(int, count);
+        QFETCH(QList<double>, xs);
+        QList<QRectF> expected;
+        for (double x : xs)
+            expected << QRectF(x, bar.y(), 40, 26);
+        QCOMPARE(KQTabBar::tabRectsForTabBarRect(bar, count), expected);
+    }
 
-void tst_TabViewAccessibility::keptCurrent_data()
-{
-    QTest::addColumn<QString>("change");
-    QTest::addColumn<QStringList>("buttons");
-    QTest::newRow("tooltip renamed") << "rename" << QStringList{"Renamed", "Beta", "Gamma"};
-    QTest::newRow("tab hidden") << "hide" << QStringList{"Alpha", "Gamma"};
-    QTest::newRow("tab shown") << "show" << QStringList{"Beta", "Alpha", "Gamma"};
-    QTest::newRow("widget replaced") << "replace" << QStringList{"Alpha", "Beta", "Gamma"};
-    QTest::newRow("tabs set: a new group") << "set" << QStringList{"Gamma", "Alpha"};
-    QTest::newRow("every tab hidden: last children kept") << "hide all" << QStringList{"Gamma"};
-}
+    void hitTestingAgreesWithCells_data()
+    {
+        QTest::addColumn<QRectF>("bounds");
+        QTest::addColumn<int>("count");
+        QTest::newRow("odd width, 3") << QRectF(0, 0, 201, 80) << 3;
+        QTest::newRow("fractional origin, 4") << QRectF(3.25, 7.5, 190.5, 60) << 4;
+        QTest::newRow("spilling, 7") << QRectF(0, 0, 150, 40) << 7;
+    }
+    void hitTestingAgreesWithCells()
+    {
+        QFETCH(QRectF, bounds);
+        QFETCH(int, count);
+        // The drawn cells and the hit test never disagree, edges and the separator row included.
+        const QList<QRectF> cells = KQTabBar::tabRectsForTabBarRect(KQTabBar::tabBarRectForBounds(bounds), count);
+        for (double y = bounds.y() - 1; y < bounds.y() + 30; y += 0.5) {
+            for (double x = bounds.x() - 160; x < bounds.right() + 160; x += 0.5) {
+                const auto hit = std::find_if(cells.begin(), cells.end(), [&](const QRectF &c) { return kq_pointInRect(QPointF(x, y), c); });
+                QCOMPARE(KQTabBar::tabIndexAtPoint(bounds, count, QPointF(x, y)), hit == cells.end() ? -1 : hit - cells.begin());
+            }
+        }
+    }
 
-void tst_TabViewAccessibility::keptCurrent()
-{
-    QFETCH(QString, change);
-    QFETCH(QStringList, buttons);
-    KQTabView *view = makeTabView(3);
-    QVERIFY(view);
-    QAccessibleInterface *iface = QAccessible::queryAccessibleInterface(view);
-    const QAccessible::Id oldGroup = QAccessible::uniqueId(groupOf(view));
-    const int children = iface->childCount();
-    const QList<KQTab *> tabs = view->tabs();
-    const QPointer<QWidget> replaced = tabs.at(0)->view();
-    if (change == QLatin1String("rename")) {
-        tabs.at(0)->setIconTooltip(QStringLiteral("Renamed"));
-    } else if (change == QLatin1String("hide")) {
-        view->hideTab(2);
-    } else if (change == QLatin1String("show")) {
-        view->hideTab(2);
-        view->showTab(2, 0);
-    } else if (change == QLatin1String("replace")) {
-        tabs.at(0)->setView(new QWidget);
-    } else if (change == QLatin1String("set")) {
-        view->setTabs({tabs.at(2), tabs.at(0)});
-    } else {
-        view->hideTab(1);
-        view->hideTab(2);
+    void placement_data()
+    {
+        // rule: "icon" (of cell a), "content" (of bounds a), or "button N/C" (tab N of C, window a, bounds b).
+        QTest::addColumn<QString>("rule");
+        QTest::addColumn<QRectF>("a");
+        QTest::addColumn<QRectF>("b");
+        QTest::addColumn<QRectF>("expected");
+        QTest::newRow("icon") << "icon" << QRectF(40, 0, 40, 26) << QRectF() << QRectF(52, 5, 16, 16);
+        QTest::newRow("icon, floored") << "icon" << QRectF(17.5, 0.25, 40, 26) << QRectF() << QRectF(29, 5, 16, 16);
+        QTest::newRow("content") << "content" << QRectF(5, 10, 100, 50) << QRectF() << QRectF(5, 37, 100, 23);
+        QTest::newRow("content, too short") << "content" << QRectF(0, 0, 200, 20) << QRectF() << QRectF(0, 27, 200, 0);
+        // y = window y + (H - 27) + 20 - (bounds y + 27), y-up.
+        QTest::newRow("button 1/3") << "button 1/3" << QRectF(100, 500, 300, 200) << QRectF(0, 0, 200, 100) << QRectF(180, 566, 40, 28);
+        QTest::newRow("button 0/3") << "button 0/3" << QRectF(100, 500, 300, 200) << QRectF(0, 0, 200, 60) << QRectF(140, 526, 40, 28);
+        QTest::newRow("button, bounds y") << "button 0/1" << QRectF(0, 0, 300, 200) << QRectF(0, 10, 100, 100) << QRectF(30, 56, 40, 28);
+    }
+    void placement()
+    {
+        QFETCH(QString, rule);
+        QFETCH(QRectF, a);
+        QFETCH(QRectF, b);
+        QFETCH(QRectF, expected);
+        const QStringList n = rule.mid(7).split(u'/');
+        if (rule == QLatin1String("icon"))
+            QCOMPARE(KQTabBar::iconRectForCell(a), expected);
+        else if (rule == QLatin1String("content"))
+            QCOMPARE(KQTabBar::contentFrameForBounds(a), expected);
+        else
+            QCOMPARE(KQTabBar::accessibilityButtonFrame(a, b, n[1].toInt(), n[0].toInt()), expected);
+    }
+
+    void tabNotifiesOnlyChanges_data()
+    {
+        // A property set to a first value, then a second: notifications of the second.
+        QTest::addColumn<QByteArray>("property");
+        QTest::addColumn<QVariant>("first");
+        QTest::addColumn<QVariant>("second");
+        QTest::addColumn<int>("notified");
+        const QIcon red = makeIcon(Qt::red);
+        QTest::newRow("same icon") << QByteArray("icon") << QVariant(red) << QVariant(red) << 0;
+        QTest::newRow("another icon") << QByteArray("icon") << QVariant(red) << QVariant(makeIcon(Qt::red)) << 1;
+        QTest::newRow("same tag") << QByteArray("tag") << QVariant(qint64(5)) << QVariant(qint64(5)) << 0;
+        QTest::newRow("null to empty tooltip") << QByteArray("iconTooltip") << QVariant(QString()) << QVariant(QStringLiteral("")) << 1;
+    }
+    void tabNotifiesOnlyChanges()
+    {
+        QFETCH(QByteArray, property);
+        QFETCH(QVariant, first);
+        QFETCH(QVariant, second);
+        QFETCH(int, notified);
+        KQTab tab;
+        const QMetaProperty meta = tab.metaObject()->property(tab.metaObject()->indexOfProperty(property));
+        QVERIFY(meta.write(&tab, first));
+        QSignalSpy spy(&tab, meta.notifySignal());
+        QVERIFY(meta.write(&tab, second));
+        QCOMPARE(spy.count(), notified);
+    }
+
+    void initWithTabsSizing_data()
+    {
+        QTest::addColumn<QList<QSize>>("viewSizes"); // invalid: a tab without a view
+        QTest::addColumn<bool>("subclass");
+        QTest::addColumn<QSize>("frame");
+        QTest::newRow("largest width and height") << QList<QSize>{{200, 100}, {150, 300}} << false << QSize(200, 327);
+        QTest::newRow("no view counts as nothing") << QList<QSize>{{-1, -1}, {80, 40}} << false << QSize(80, 67);
+        QTest::newRow("no tabs") << QList<QSize>{} << false << QSize(0, 27);
+        QTest::newRow("a subclass's frame rule") << QList<QSize>{{200, 100}, {150, 300}} << true << QSize(210, 340);
+    }
+    void initWithTabsSizing()
+    {
+        QFETCH(QList<QSize>, viewSizes);
+        QFETCH(bool, subclass);
+        QFETCH(QSize, frame);
+        QObject owner;
+        QList<KQTab *> tabs;
+        for (const QSize &size : viewSizes) {
+            tabs << makeTab(&owner, tabs.size() + 1, QString(), size.isValid() ? size : QSize(10, 10));
+            if (!size.isValid())
+                delete tabs.last()->view();
+        }
+        const std::unique_ptr<KQTabView> view(subclass ? new CustomTabView(tabs) : new KQTabView(tabs));
+        view->ensurePolished(); // the first sizing a subclass's rule takes part in
+        QCOMPARE(view->geometry(), QRect(QPoint(0, 0), frame));
+        QCOMPARE(view->selectedTab(), tabs.value(0, nullptr));
+        if (QWidget *content = view->selectedTab() ? view->selectedTab()->view() : nullptr)
+            QCOMPARE(content->geometry(), QRect(0, 27, frame.width(), frame.height() - 27));
+        if (auto *custom = dynamic_cast<CustomTabView *>(view.get())) {
+            // The subclass draws the bar and each cell, centred: x = 105 - 40.
+            view->grab();
+            QCOMPARE(custom->bars, QList<QRectF>{QRectF(0, 0, 210, 27)});
+            QCOMPARE(custom->cells, (QList<QPair<qint64, QRectF>>{{1, QRectF(65, 0, 40, 26)}, {2, QRectF(105, 0, 40, 26)}}));
+        }
+    }
+
+    void hiddenTabViewLaysOutAtOnce_data()
+    {
+        QTest::addColumn<QString>("how");
+        QTest::addColumn<bool>("shownBefore");
+        QTest::newRow("resize, never shown") << "resize" << false;
+        QTest::newRow("setGeometry") << "setGeometry" << false;
+        QTest::newRow("geometry property") << "geometry" << false;
+        QTest::newRow("size property") << "size" << false;
+        QTest::newRow("resize, hidden after showing") << "resize" << true;
+    }
+    void hiddenTabViewLaysOutAtOnce()
+    {
+        QFETCH(QString, how);
+        QFETCH(bool, shownBefore);
+        KQTabView view(QRect(0, 0, 200, 100));
+        view.setTabs({makeTab(&view, 1)});
+        if (shownBefore) {
+            view.show();
+            QVERIFY(QTest::qWaitForWindowExposed(&view));
+            view.hide();
+        }
+        if (how == QLatin1String("resize"))
+            view.resize(300, 150);
+        else if (how == QLatin1String("setGeometry"))
+            view.setGeometry(0, 0, 300, 150);
+        else
+            view.setProperty(how.toLatin1(), how == QLatin1String("size") ? QVariant(QSize(300, 150)) : QVariant(QRect(0, 0, 300, 150)));
+        QCOMPARE(view.selectedTab()->view()->geometry(), QRect(0, 27, 300, 123));
+    }
+
+    void contentWidgetGoesBackToItsOwner_data()
+    {
+        QTest::addColumn<QString>("owner"); // of the content widget
+        QTest::addColumn<bool>("deselect"); // or drop the tab
+        QTest::addColumn<bool>("outlivesTabView");
+        QTest::addColumn<bool>("outlivesTab");
+        QTest::newRow("its tab's, deselected") << "tab" << true << true << false;
+        QTest::newRow("its tab's, tab dropped") << "tab" << false << true << false;
+        QTest::newRow("the caller's, deselected") << "caller" << true << true << true;
+        QTest::newRow("the caller's, tab dropped") << "caller" << false << true << true;
+        QTest::newRow("the tab view's") << "tab view" << true << false << false;
+    }
+    void contentWidgetGoesBackToItsOwner()
+    {
+        QFETCH(QString, owner);
+        QFETCH(bool, deselect);
+        QFETCH(bool, outlivesTabView);
+        QFETCH(bool, outlivesTab);
+        QWidget caller;
+        auto view = std::make_unique<KQTabView>(QRect(0, 0, 200, 100));
+        auto tabOwner = std::make_unique<QObject>();
+        KQTab *tab = makeTab(tabOwner.get(), 1);
+        QWidget *parent = owner == QLatin1String("caller") ? &caller : owner == QLatin1String("tab view") ? view.get() : nullptr;
+        delete tab->view();
+        const QPointer<QWidget> content = new QWidget(parent);
+        tab->setView(content);
+        KQTab *other = makeTab(tabOwner.get(), 2);
+        view->setTabs({tab, other});
+        QCOMPARE(content->parentWidget(), view.get());
+        if (deselect)
+            view->selectTab(other);
+        else
+            view->setTabs({other});
+        QCOMPARE(content->parentWidget(), parent);
+        QVERIFY(content->isHidden());
+        view.reset();
+        QCOMPARE(!content.isNull(), outlivesTabView);
+        tabOwner.reset();
+        QCOMPARE(!content.isNull(), outlivesTab);
+    }
+
+    void delegateMessages_data()
+    {
+        // On tabs 1, 2, 3 with 1 selected; each message with the widget on show.
+        QTest::addColumn<QStringList>("operations");
+        QTest::addColumn<QString>("log");
+        QTest::newRow("old widget up at will, new one at did") << QStringList{"select 3"} << "will 3<-1 shown:view1; did 3<-1 shown:view3";
+        QTest::newRow("reselecting is not short-cut") << QStringList{"select 1"} << "will 1<-1 shown:view1; did 1<-1 shown:view1";
+        QTest::newRow("no tabs select nothing, new tabs the first")
+            << QStringList{"set", "set 2 3"} << "will -<-1 shown:view1; did -<-1 shown:; will 2<-- shown:; did 2<-- shown:view2";
+    }
+    void delegateMessages()
+    {
+        QFETCH(QStringList, operations);
+        QFETCH(QString, log);
+        KQTabView *view = makeTabView();
+        QVERIFY(view);
+        RecordingDelegate delegate;
+        view->setDelegate(&delegate);
+        QSignalSpy changed(view, &KQTabView::selectedTabChanged);
+        for (const QString &operation : operations)
+            run(view, operation);
+        QCOMPARE(delegate.log.join(QStringLiteral("; ")), log);
+        QCOMPARE(changed.count(), log.count(QStringLiteral("did ")));
+    }
+
+    void delegateMayDestroyTheTabView_data()
+    {
+        QTest::addColumn<QString>("destroyIn");
+        QTest::addColumn<QString>("how"); // "click" on the second tab, or an operation
+        for (const char *in : {"will", "did"})
+            for (const char *how : {"select 2", "click", "hide 1", "set 2 3"})
+                QTest::addRow("in %s, %s", in, how) << QString::fromLatin1(in) << QString::fromLatin1(how);
+    }
+    void delegateMayDestroyTheTabView()
+    {
+        QFETCH(QString, destroyIn);
+        QFETCH(QString, how);
+        KQTabView *view = makeTabView();
+        QVERIFY(view);
+        RecordingDelegate delegate;
+        delegate.destroyIn = destroyIn;
+        view->setDelegate(&delegate);
+        const QPointer<KQTabView> watched(view);
+        if (how == QLatin1String("click")) {
+            QTest::mousePress(view, Qt::LeftButton, {}, QPoint(90, 10));
+            QTest::mouseRelease(view, Qt::LeftButton, {}, QPoint(90, 10));
+        } else {
+            run(view, how);
+        }
+        QVERIFY(watched.isNull()); // and nothing of it touched since (ASan shows it)
+    }
+
+    void tabOperations_data()
+    {
+        QTest::addColumn<Operation>("o");
+        const auto row = [](const char *name, const Operation &o) { QTest::newRow(name) << o; };
+        row("hide the selected: the first left selected", {{}, "hide 1", true, true, {2, 3}, 2});
+        row("hide another: selection kept", {{"select 2"}, "hide 1", true, true, {2, 3}, 2});
+        row("hide every tab", {{"select 3", "hide 3", "hide 1"}, "hide 2", true, true, {}, 0});
+        row("hide an unknown tag", {{"select 2"}, "hide 42", true, false, {1, 2, 3}, 2});
+        row("hide a hidden tab", {{"hide 3"}, "hide 3", true, false, {1, 2}, 1});
+        row("hide the selection: widget stays", {{}, "hidesel 1", true, true, {2, 3}, 1});
+        row("hidesel of an unselected tab hides it", {{}, "hidesel 2", false, true, {1, 3}, 1});
+        row("hidesel of an unknown tag", {{}, "hidesel 42", false, false, {1, 2, 3}, 1});
+        row("show at given places", {{"hide 2", "hide 3", "show 3 0"}, "show 2 2", true, true, {3, 1, 2}, 1});
+        row("show an unknown tag", {{"hide 3"}, "show 42 0", true, false, {1, 2}, 1});
+        row("show a visible tab", {{"hide 3"}, "show 1 0", true, false, {1, 2}, 1});
+        row("show past the end: reported", {{"hide 3"}, "show 3 5", true, false, {1, 2}, 1, true});
+        row("replace with the tab in place", {{}, "replace 1 2 1", false, false, {1, 2, 3}, 1});
+        row("replace selected by a visible tab", {{}, "replace 1 3 0", true, true, {3, 2}, 3});
+        row("replace unselected by a hidden tab", {{"hide 3"}, "replace 2 3 1", true, true, {1, 3}, 1});
+        row("replace selected by a hidden tab", {{"select 2", "hide 3"}, "replace 2 3 0", true, true, {3, 1}, 3});
+        row("replace selected by an unknown tag", {{"select 2"}, "replace 2 42 0", false, true, {1, 3}, 0});
+        row("replace unselected by an unknown tag", {{}, "replace 2 42 0", false, true, {1, 3}, 1});
+        row("replace unknown tags", {{"hide 3"}, "replace 41 42 0", false, false, {1, 2}, 1});
+        row("set the same tabs", {{"hide 3"}, "set 1 2", true, true, {1, 2}, 1});
+        row("destroy a visible tab", {{"hide 3"}, "destroy 2", true, true, {1}, 1});
+        row("destroy a hidden tab", {{"hide 3"}, "destroy 3", true, false, {1, 2}, 1});
+        row("destroy the selected tab", {{"hide 3"}, "destroy 1", true, true, {2}, 0});
+        row("select another tab", {{"hide 3"}, "select 2", true, false, {1, 2}, 2});
+    }
+    void tabOperations()
+    {
+        QFETCH(Operation, o);
+        KQTabView *view = makeTabView();
+        QVERIFY(view);
+        for (const QString &step : o.setup)
+            run(view, step);
+        QSignalSpy spy(view, &KQTabView::tabsChanged);
+        MessageCapture capture;
+        QCOMPARE(run(view, o.operation), o.result);
+        QCOMPARE(!capture.text().isEmpty(), o.reported);
+        QCOMPARE(!spy.isEmpty(), o.changed);
+        Tags tags;
+        for (KQTab *tab : view->tabs())
+            tags << tab->tag();
+        QCOMPARE(tags, o.visible);
+        KQTab *selection = view->selectedTab();
+        QCOMPARE(selection ? selection->tag() : 0, o.selected);
+        // The selection's widget, and no other, is on show.
+        for (QWidget *child : view->findChildren<QWidget *>(Qt::FindDirectChildrenOnly))
+            QCOMPARE(!child->isHidden(), selection && child == selection->view());
+        if (!o.operation.startsWith(QLatin1String("set")) && !o.operation.startsWith(QLatin1String("destroy")))
+            QCOMPARE(view->hiddenTabs().size() + view->tabs().size(), qsizetype(3)); // no tab lost
+        if (!selection)
+            QCOMPARE(view->tabAtPoint(QPointF(100, 10)), view->tabs().value(view->tabs().size() / 2));
+    }
+
+    void clickSequences_data()
+    {
+        // Steps "pX" press, "mX" move, "rX" release at y = 10, "h" hide, "d" destroy the pressed tab;
+        // the pressed tag after each; the selected tag at the end; whether the delegate heard.
+        QTest::addColumn<QString>("steps");
+        QTest::addColumn<QList<int>>("pressed");
+        QTest::addColumn<int>("selected");
+        QTest::addColumn<bool>("told");
+        QTest::newRow("click") << "p130 r130" << QList<int>{3, 0} << 3 << true;
+        QTest::newRow("press, drag to the second") << "p50 m90 r90" << QList<int>{1, 2, 0} << 2 << true;
+        QTest::newRow("drag off the cells") << "p130 m190 r190" << QList<int>{3, 0, 0} << 1 << false;
+        QTest::newRow("off and back on") << "p130 m10 m125 r125" << QList<int>{3, 0, 3, 0} << 3 << true;
+        QTest::newRow("stray release over a cell") << "r90" << QList<int>{0} << 2 << true;
+        QTest::newRow("pressed, then hidden") << "p130 h" << QList<int>{3, 0} << 1 << false;
+        QTest::newRow("pressed, then destroyed") << "p130 d r190" << QList<int>{3, 0, 0} << 1 << false;
+    }
+    void clickSequences()
+    {
+        QFETCH(QString, steps);
+        QFETCH(QList<int>, pressed);
+        QFETCH(int, selected);
+        QFETCH(bool, told);
+        KQTabView *view = makeTabView();
+        QVERIFY(view);
+        RecordingDelegate delegate;
+        view->setDelegate(&delegate);
+        const QStringList list = steps.split(QLatin1Char(' '));
+        for (qsizetype i = 0; i < list.size(); ++i) {
+            const QPoint point(list[i].mid(1).toInt(), 10);
+            if (list[i].startsWith(u'p'))
+                QTest::mousePress(view, Qt::LeftButton, {}, point);
+            else if (list[i].startsWith(u'm'))
+                QTest::mouseMove(view, point);
+            else if (list[i].startsWith(u'r'))
+                QTest::mouseRelease(view, Qt::LeftButton, {}, point);
+            else if (list[i] == QLatin1String("d"))
+                delete view->pressedDownTab();
+            else
+                m_window->hide();
+            const KQTab *down = view->pressedDownTab();
+            QCOMPARE(down ? int(down->tag()) : 0, pressed[i]);
+        }
+        QCOMPARE(view->selectedTab()->tag(), qint64(selected));
+        QCOMPARE(!delegate.log.isEmpty(), told);
+    }
+
+    void toolTipAtPoint_data()
+    {
+        QTest::addColumn<QPointF>("point");
+        QTest::addColumn<QVariant>("tooltip");
+        QTest::newRow("first cell") << QPointF(50, 10) << QVariant(QStringLiteral("one"));
+        QTest::newRow("shared edge") << QPointF(80, 10) << QVariant(QStringLiteral("two"));
+        QTest::newRow("no tooltip") << QPointF(130, 10) << QVariant();
+        QTest::newRow("content area") << QPointF(50, 60) << QVariant();
+    }
+    void toolTipAtPoint()
+    {
+        QFETCH(QPointF, point);
+        QFETCH(QVariant, tooltip);
+        KQTabView *view = makeTabView();
+        QVERIFY(view);
+        bool wrap = true;
+        QCOMPARE(qobject_cast<ToolTipping_ZL *>(view)->toolTipAtPoint(point, &wrap), tooltip);
+        QVERIFY(wrap);
+    }
+
+    void selectionAndFocus()
+    {
+        KQTabView *view = makeTabView();
+        QVERIFY(view);
+        m_window->activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(m_window.get()));
+        // A tab of another tab view is refused, reported, and nobody is told.
+        KQTabView other(QRect(0, 0, 100, 100));
+        KQTab *foreign = makeTab(&other, 9);
+        other.setTabs({foreign});
+        RecordingDelegate delegate;
+        view->setDelegate(&delegate);
+        MessageCapture capture;
+        view->selectTab(foreign);
+        QVERIFY(capture.text().contains("tab == nil || [_tabs containsObject:tab]"));
+        QCOMPARE(view->selectedTab(), view->tabs().at(0));
+        QVERIFY(delegate.log.isEmpty());
+        QCOMPARE(foreign->view()->parentWidget(), &other);
+        // A selected tab's initial first responder takes the focus.
+        KQTab *second = view->tabs().at(1);
+        auto *field = new QLineEdit(second->view());
+        second->setInitialFirstResponder(field);
+        view->selectTab(second);
+        QCOMPARE(QApplication::focusWidget(), field);
+    }
+
+    void destroyedTabsDropOut()
+    {
+        KQTabView *view = makeTabView();
+        QVERIFY(view);
         view->hideTab(3);
+        delete view->hiddenTabs().at(0);
+        QVERIFY(view->hiddenTabs().isEmpty());
+        const QPointer<QWidget> shown = view->selectedTab()->view();
+        QSignalSpy changed(view, &KQTabView::selectedTabChanged);
+        delete view->selectedTab();
+        // Its widget went with the tab, and with it the selection.
+        QVERIFY(shown.isNull());
+        QCOMPARE(changed.count(), 1);
+        QCOMPARE(changed.at(0).at(0).value<KQTab *>(), nullptr);
+        // Tabs the view adopted and setTabs dropped die with it without calling back into it (ASan shows it).
+        auto owner = std::make_unique<KQTabView>(QRect(0, 0, 200, 100));
+        KQTab *kept = makeTab(nullptr, 1);
+        const QPointer<KQTab> dropped = makeTab(nullptr, 2);
+        owner->setTabs({kept, dropped});
+        owner->setTabs({kept});
+        owner->setTabs({kept});
+        QCOMPARE(dropped->parent(), owner.get());
+        owner.reset();
+        QVERIFY(dropped.isNull());
     }
-    // Read from the group as a client holding it would.
-    KQAccessibilityNode *group = view->kqAccessibilityTabView()->groupAccessbility();
-    QStringList names;
-    for (QAccessibleInterface *child : group->accessibilityChildren())
-        names << child->text(QAccessible::Name);
-    QCOMPARE(names, buttons);
-    for (qsizetype i = 0; i < view->tabs().size(); ++i)
-        QCOMPARE(group->child(int(i))->object(), view->tabs().at(i)->view());
-    QCOMPARE(QAccessible::uniqueId(groupOf(view)) != oldGroup, change == QLatin1String("set"));
-    QCOMPARE(iface->childCount(), children); // replaced, never added
-    if (change == QLatin1String("replace"))
-        delete replaced; // the caller's again
-}
 
-void tst_TabViewAccessibility::selectedTabControlsReachable_data()
-{
-    QTest::addColumn<int>("selected");
-    QTest::newRow("first, selected when the group was made") << 0;
-    QTest::newRow("third, selected later") << 2;
-}
-
-void tst_TabViewAccessibility::selectedTabControlsReachable()
-{
-    QFETCH(int, selected);
-    KQTabView *view = makeTabView(3);
-    QVERIFY(view);
-    for (KQTab *tab : view->tabs()) {
-        auto *field = new QLineEdit(tab->view());
-        field->setAccessibleName(QStringLiteral("field %1").arg(tab->tag()));
-        field->show();
+    void widgetReplacedWhileSelected()
+    {
+        KQTabView *view = makeTabView();
+        QVERIFY(view);
+        KQTab *first = view->tabs().at(0);
+        QWidget *installed = first->view();
+        auto *replacement = new QWidget(m_window.get());
+        first->setView(replacement);
+        // The widget on show is taken down, and goes back to the caller.
+        view->selectTab(view->tabs().at(1));
+        QVERIFY(installed->isHidden());
+        QCOMPARE(installed->parentWidget(), nullptr);
+        delete installed;
+        view->resize(260, 120);
+        view->selectTab(first); // now with its new widget
+        QCOMPARE(replacement->parentWidget(), view);
+        QVERIFY(!replacement->isHidden() && view->tabs().at(1)->view()->isHidden());
+        QCOMPARE(replacement->geometry(), QRect(0, 27, 260, 93));
     }
-    view->selectTab(view->tabs().at(selected));
-    // Walk down from the tab view, as a client does.
-    QHash<QString, QAccessibleInterface *> fields;
-    QList<QAccessibleInterface *> pending{QAccessible::queryAccessibleInterface(view)};
-    while (!pending.isEmpty()) {
-        QAccessibleInterface *node = pending.takeFirst();
-        if (node->role() == QAccessible::EditableText)
-            fields.insert(node->text(QAccessible::Name), node);
-        for (int i = 0; i < node->childCount(); ++i)
-            pending << node->child(i);
+
+    void drawing()
+    {
+        KQTabView *view = makeTabView();
+        QVERIFY(view);
+        // The selected cell keeps no icon, so its middle shows the shading alone.
+        for (KQTab *tab : view->tabs())
+            if (tab != view->tabs().at(1))
+                tab->setIcon(makeIcon(QColor(255, 0, 0)));
+        view->selectTab(view->tabs().at(1)); // cell x 80..120
+        view->clearFocus(); // the style's focus frame may fill the cell
+        const auto bar = [view] { return view->grab(QRect(0, 0, 200, 27)).toImage().convertToFormat(QImage::Format_ARGB32); };
+        const QRgb background = view->palette().color(QPalette::Button).rgba();
+        QImage image = bar();
+        QCOMPARE(image.pixel(5, 13), background);
+        QCOMPARE(image.pixel(0, 26), view->palette().color(QPalette::Dark).rgba()); // the separator
+        // The selected cell is darker at its sides in the middle row, fading toward the top and plain in the middle.
+        const int plain = QColor(background).lightness();
+        const int edge = image.pixelColor(80, 13).lightness();
+        QVERIFY(edge < plain - 20 && image.pixelColor(119, 13).lightness() < plain - 20);
+        QVERIFY(qAbs(image.pixelColor(100, 13).lightness() - plain) <= 2);
+        QVERIFY(qAbs(image.pixelColor(80, 0).lightness() - plain) <= 3 && image.pixelColor(80, 6).lightness() > edge);
+        // A pressed tab darkens only its icon's opaque pixels, by 40 % black.
+        QTest::mousePress(view, Qt::LeftButton, {}, QPoint(140, 10)); // third cell, icon at (132, 5)
+        image = bar();
+        QCOMPARE(image.pixelColor(135, 15), QColor(153, 0, 0));
+        QCOMPARE(image.pixel(133, 6), background); // transparent quadrant
+        QCOMPARE(image.pixelColor(55, 15), QColor(255, 0, 0)); // first cell, not pressed
+        QTest::mouseMove(view, QPoint(190, 10));
+        QCOMPARE(bar().pixelColor(135, 15), QColor(255, 0, 0));
+        QTest::mouseRelease(view, Qt::LeftButton, {}, QPoint(190, 10));
+        // With no tab left the bar and its separator are still drawn, and the
+        // keys that walk the bar find nothing to select.
+        view->setTabs({});
+        MessageCapture quiet;
+        for (const Qt::Key key : {Qt::Key_Space, Qt::Key_Right, Qt::Key_End})
+            QTest::keyClick(view, key);
+        QCOMPARE(view->selectedTab(), nullptr);
+        QVERIFY(quiet.text().isEmpty());
+        image = bar();
+        QCOMPARE(image.pixel(100, 25), background);
+        QCOMPARE(image.pixel(100, 26), view->palette().color(QPalette::Dark).rgba());
     }
-    QCOMPARE(fields.size(), 3);
-    for (int i = 0; i < 3; ++i) {
-        QAccessibleInterface *field = fields.value(QStringLiteral("field %1").arg(i + 1));
-        QVERIFY(field);
-        QCOMPARE(field->parent()->object(), view->tabs().at(i)->view()); // under its tab's button
-        QCOMPARE(field->parent()->parent(), groupOf(view));
-        QCOMPARE(field->state().invisible, i != selected);
-        QCOMPARE(field->parent()->state().checked, i == selected);
+
+    void sharpIconsOnHighDpi()
+    {
+        // Stripes one device pixel wide in the density-2 version must stay so.
+        QImage stripes(32, 32, QImage::Format_ARGB32_Premultiplied);
+        for (int x = 0; x < 32; ++x)
+            for (int y = 0; y < 32; ++y)
+                stripes.setPixelColor(x, y, x % 2 ? QColor(0, 0, 255) : QColor(255, 255, 0));
+        QPixmap high = QPixmap::fromImage(stripes);
+        high.setDevicePixelRatio(2.0);
+        QIcon icon(QPixmap::fromImage(stripes.scaled(16, 16)));
+        icon.addPixmap(high);
+        KQTabView view(QRect(0, 0, 200, 100));
+        view.setTabs({makeTab(&view, 1)}); // one cell at x 80, icon at (92, 5)
+        view.tabs().at(0)->setIcon(icon);
+        QImage image(400, 200, QImage::Format_ARGB32_Premultiplied);
+        image.setDevicePixelRatio(2.0);
+        image.fill(Qt::white);
+        view.render(&image);
+        for (int x = 2 * 92 + 4; x < 2 * 92 + 12; ++x)
+            QCOMPARE(image.pixelColor(x, 20), x % 2 ? QColor(0, 0, 255) : QColor(255, 255, 0));
     }
-}
 
-void tst_TabViewAccessibility::pressSelectsAsAClick_data()
-{
-    QTest::addColumn<bool>("hiddenFirst");
-    QTest::addColumn<QStringList>("delegateLog");
-    QTest::newRow("visible tab") << false << QStringList{"will 2<-1 shown:view1", "did 2<-1 shown:view2"};
-    QTest::newRow("hidden since: no button to press") << true << QStringList{};
-}
-
-void tst_TabViewAccessibility::pressSelectsAsAClick()
-{
-    QFETCH(bool, hiddenFirst);
-    QFETCH(QStringList, delegateLog);
-    KQTabView *view = makeTabView(3);
-    QVERIFY(view);
-    RecordingDelegate delegate;
-    view->setDelegate(&delegate);
-    QVERIFY(groupOf(view)->child(1));
-    QWidget *page = view->tabs().at(1)->view();
-    if (hiddenFirst)
-        view->hideTab(2);
-    QAccessibleActionInterface *actions = QAccessible::queryAccessibleInterface(page)->actionInterface();
-    QVERIFY(actions);
-    QCOMPARE(actions->actionNames().contains(QAccessibleActionInterface::pressAction()), !hiddenFirst);
-    actions->doAction(QAccessibleActionInterface::pressAction());
-    QCOMPARE(delegate.log, delegateLog);
-    QCOMPARE(view->selectedTab()->tag(), hiddenFirst ? 1 : 2);
-    view->setDelegate(nullptr);
-}
-
-void tst_TabViewAccessibility::proxiesAreStripped()
-{
-    QWidget host;
-    auto *label = new QWidget(&host);
-    auto *proxy = new NSAccessibilityReparentingCellProxy(&host);
-    QCOMPARE(KQAccessibility::stripeOffNSAccessibilityReparentingCellProxyObjectFromArray(
-                 {QAccessible::queryAccessibleInterface(proxy), QAccessible::queryAccessibleInterface(label)}),
-             QList<QAccessibleInterface *>{QAccessible::queryAccessibleInterface(label)});
-    KQAccessibility accessibility(&host, QStringLiteral("Group"));
-    QAccessibleInterface *hostInterface = QAccessible::queryAccessibleInterface(&host);
-    QCOMPARE(hostInterface->childCount(), 2);
-    QCOMPARE(hostInterface->child(0)->object(), label);
-    QCOMPARE(hostInterface->child(1)->text(QAccessible::Name), QStringLiteral("Group"));
-}
-
-void tst_TabViewAccessibility::groupChildrenOperations()
-{
-    QWidget host;
-    KQAccessibility accessibility(&host, QStringLiteral("Group"));
-    KQAccessibilityNode *group = accessibility.groupAccessbility();
-    QVERIFY(!group->isRootNode() && !group->isEndNode());
-    KQAccessibilityNode *a = KQAccessibilityNode::create();
-    KQAccessibilityNode *b = KQAccessibilityNode::create();
-    KQAccessibilityNode *c = KQAccessibilityNode::create();
-    accessibility.setChildrenToGroup({a});
-    accessibility.addChildrenToGroup({b, c});
-    QCOMPARE(group->accessibilityChildren(), (QList<QAccessibleInterface *>{a, b, c}));
-    QCOMPARE(c->parent(), group);
-    QCOMPARE(group->indexOfChild(b), 1);
-    QAccessible::deleteAccessibleInterface(b->accessibilityId());
-    QCOMPARE(group->childCount(), 2); // a node that is gone drops out
-    accessibility.resetGroupChildren();
-    QCOMPARE(group->childCount(), 0);
-
-    int runs = 0;
-    accessibility.setAccessibilityHierarchy([&runs] { ++runs; });
-    accessibility.startInitializeAccessibility([&runs] { runs += 10; });
-    accessibility.reloadAccessibilityHierarchy();
-    accessibility.reloadAccessibilityHierarchy();
-    QCOMPARE(runs, 12);
-    QAccessible::deleteAccessibleInterface(a->accessibilityId());
-    QAccessible::deleteAccessibleInterface(c->accessibilityId());
-}
-
-void tst_TabViewAccessibility::destroyedTabViewLeavesNoDanglingNodes()
-{
-    KQTabView *view = makeTabView(3);
-    QVERIFY(view);
-    QAccessibleInterface *group = groupOf(view);
-    const QAccessible::Id groupId = QAccessible::uniqueId(group);
-    const QAccessible::Id buttonId = QAccessible::uniqueId(group->child(0));
-    delete view->tabs().at(1);
-    QCOMPARE(groupOf(view)->childCount(), 2);
-    m_view.reset();
-    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-    QCOMPARE(QAccessible::accessibleInterface(groupId), nullptr);
-    QCOMPARE(QAccessible::accessibleInterface(buttonId), nullptr);
-}
+    void noAccessibilityWhenSwitchedOff()
+    {
+        QVERIFY(!KQAccessibility::validForAutomateTesting());
+        KQTabView *view = makeTabView();
+        QVERIFY(view);
+        view->setTabs(view->tabs());
+        QAccessibleInterface *iface = QAccessible::queryAccessibleInterface(view);
+        for (int i = 0; i < iface->childCount(); ++i)
+            QVERIFY(iface->child(i)->object()); // only widgets, no group
+        QCOMPARE(view->kqAccessibilityTabView(), nullptr);
+    }
+};
 
 int main(int argc, char *argv[])
 {
     QApplication application(argc, argv);
     QApplication::setAttribute(Qt::AA_Use96Dpi, true);
-    QStringList arguments = QApplication::arguments();
-    if (arguments.removeAll(QStringLiteral("--accessibility")) > 0) {
-        tst_TabViewAccessibility test;
-        return QTest::qExec(&test, arguments);
-    }
     tst_TabView test;
-    return QTest::qExec(&test, arguments);
+    return QTest::qExec(&test, argc, argv);
 }
 
 #include "tst_tabview.moc"
