@@ -13,11 +13,7 @@ struct LogWriter
 {
     QString name;
     QStringList *log;
-    void operator()(const QString &what) const
-    {
-        if (log)
-            log->append(name + QLatin1Char(':') + what);
-    }
+    void operator()(const char *what) const { log->append(name + QLatin1Char(':') + QLatin1String(what)); }
 };
 
 // A mode whose every value a test can set, and which logs each hook it hears.
@@ -26,11 +22,7 @@ class RecordingMode : public KQInspectorMode
     Q_OBJECT
 
 public:
-    RecordingMode(const QString &name, QStringList *log, QObject *parent = nullptr)
-        : KQInspectorMode(parent)
-        , m_record{name, log}
-    {
-    }
+    RecordingMode(const QString &name, QStringList *log, QObject *parent = nullptr) : KQInspectorMode(parent), m_record{name, log} {}
 
     QString inspectorTitle() const override { return m_title.isNull() ? KQInspectorMode::inspectorTitle() : m_title; }
     bool isResizable() const override { return m_resizable; }
@@ -45,10 +37,10 @@ public:
     void setLevel(qint64 level) { m_level = level; Q_EMIT windowLevelChanged(); }
     void setViewSize(const QSize &size) { m_viewSize = size; }
 
-    void modeWillShow() override { m_record(QStringLiteral("willShow")); }
-    void modeWasHidden() override { m_record(QStringLiteral("wasHidden")); }
-    Q_INVOKABLE void modeDidShow() { m_record(QStringLiteral("didShow")); }
-    Q_INVOKABLE void modeWillHide() { m_record(QStringLiteral("willHide")); }
+    void modeWillShow() override { m_record("willShow"); }
+    void modeWasHidden() override { m_record("wasHidden"); }
+    Q_INVOKABLE void modeDidShow() { m_record("didShow"); }
+    Q_INVOKABLE void modeWillHide() { m_record("willHide"); }
 
 protected:
     void loadView() override
@@ -75,22 +67,16 @@ class RecordingOwner : public QObject, public KQInspectorFocusOwner
     Q_INTERFACES(KQInspectorFocusOwner)
 
 public:
-    RecordingOwner(const QString &name, QStringList *log, KQInspectorMode *mode, QObject *parent = nullptr)
-        : QObject(parent)
-        , m_record{name, log}
-        , m_mode(mode)
-    {
-    }
+    RecordingOwner(const QString &name, QStringList *log, KQInspectorMode *mode) : m_record{name, log}, m_mode(mode) {}
 
     KQInspectorMode *willGainFocusOfInspector(KQInspectorWindow *) override
     {
-        m_record(QStringLiteral("willGain"));
+        m_record("willGain");
         return m_mode.data();
     }
-    void didGainFocusOfInspector(KQInspectorWindow *) override { m_record(QStringLiteral("didGain")); }
-    void willLoseFocusOfInspector(KQInspectorWindow *) override { m_record(QStringLiteral("willLose")); }
-    void didLoseFocusOfInspector(KQInspectorWindow *) override { m_record(QStringLiteral("didLose")); }
-
+    void didGainFocusOfInspector(KQInspectorWindow *) override { m_record("didGain"); }
+    void willLoseFocusOfInspector(KQInspectorWindow *) override { m_record("willLose"); }
+    void didLoseFocusOfInspector(KQInspectorWindow *) override { m_record("didLose"); }
     void setMode(KQInspectorMode *mode) { m_mode = mode; }
 
 private:
@@ -114,11 +100,7 @@ class DocumentWindow : public QWidget
     Q_OBJECT
 
 public:
-    explicit DocumentWindow(QObject *owner = nullptr)
-        : m_owner(owner)
-    {
-    }
-
+    explicit DocumentWindow(QObject *owner = nullptr) : m_owner(owner) {}
     void setOwner(QObject *owner) { m_owner = owner; }
     Q_INVOKABLE QObject *inspectorFocusOwner() const { return m_owner.data(); }
 
