@@ -1,4 +1,3 @@
-#include "InspectorTestSupport.h"
 #include "KQInspectorLayout_p.h"
 #include "MessageCapture.h"
 
@@ -7,10 +6,202 @@
 #include <QtTest/QtTest>
 #include <QtWidgets/QtWidgets>
 
+#include <cstdio>
 #include <limits>
 #include <memory>
 
 namespace {
+
+// Appends "<name>:<what>" to a shared log, so tests can compare the order of
+// hooks and messages across several modes and owners.
+struct LogWriter
+{
+    QString name;
+    QStringList *log;
+    void operator()(const char *what) const { log->append(name + QLatin1Char(':') + QLatin1String(what)); }
+};
+
+// A mode whose every value a test can set, and which logs each hook it hears.
+class RecordingMode : public KQInspectorMode
+{
+    Q_OBJECT
+
+public:
+    RecordingMode(const QString &name, QStringList *log, QObject *parent = nullptr) : KQInspectorMode(parent), m_record{name, log} {}
+
+    QString inspectorTitle() const override { return m_title.isNull() ? KQInspectorMode::inspectorTitle() : m_title; }
+    bool isResizable() const override { return m_resizable; }
+    QSizeF minSize() const override { return m_minSize; }
+    QSizeF maxSize() const override { return m_maxSize; }
+    qint64 windowLevel() const override { return m_level; }
+
+    void setTitle(const QString &title) { m_title = title; Q_EMIT inspectorTitleChanged(); }
+    void setResizable(bool resizable) { m_resizable = resizable; Q_EMIT isResizableChanged(); }
+    void setMinSize(const QSizeF &size) { m_minSize = size; Q_EMIT minSizeChanged(); }
+    void setMaxSize(const QSizeF &size) { m_maxSize = size; Q_EMIT maxSizeChanged(); }
+    void setLevel(qint64 level) { m_level = level; Q_EMIT windowLevelChanged(); }
+    void setViewSize(const QSize &size) { m_viewSize = size; }
+
+    void modeWillShow() override { m_record("willShow"); }
+    void modeWasHidden() override { m_record("wasHidden"); }
+    Q_INVOKABLE void modeDidShow() { m_record("didShow"); }
+    Q_INVOKABLE void modeWillHide() { m_record("willHide"); }
+
+protected:
+    void loadView() override
+    {
+        auto *view = new QWidget;
+        view->resize(m_viewSize);
+        setView(view);
+    }
+
+private:
+    LogWriter m_record;
+    QString m_title;
+    bool m_resizable = true;
+    QSizeF m_minSize{50, 50};
+    QSizeF m_maxSize{2000, 2000};
+    qint64 m_level = 3;
+    QSize m_viewSize{220, 160};
+};
+
+// A focus owner that logs the messages it receives and hands over its mode.
+class RecordingOwner : public QObject, public KQInspectorFocusOwner
+{
+    Q_OBJECT
+    Q_INTERFACES(KQInspectorFocusOwner)
+
+public:
+    RecordingOwner(const QString &name, QStringList *log, KQInspectorMode *mode) : m_record{name, log}, m_mode(mode) {}
+
+    KQInspectorMode *willGainFocusOfInspector(KQInspectorWindow *) override
+    {
+        m_record("willGain");
+        return m_mode.data();
+    }
+    void didGainFocusOfInspector(KQInspectorWindow *) override { m_record("didGain"); }
+    void willLoseFocusOfInspector(KQInspectorWindow *) override { m_record("willLose"); }
+    void didLoseFocusOfInspector(KQInspectorWindow *) override { m_record("didLose"); }
+    void setMode(KQInspectorMode *mode) { m_mode = mode; }
+
+private:
+    LogWriter m_record;
+    QPointer<KQInspectorMode> m_mode;
+};
+
+// A window controller that drives the inspector itself.
+class AnsweringOwner : public RecordingOwner
+{
+    Q_OBJECT
+
+public:
+    using RecordingOwner::RecordingOwner;
+    Q_INVOKABLE QObject *inspectorFocusOwner() { return this; }
+};
+
+// A document window that answers the lookup with its owner (which may be none).
+class DocumentWindow : public QWidget
+{
+    Q_OBJECT
+
+public:
+    explicit DocumentWindow(QObject *owner = nullptr) : m_owner(owner) {}
+    void setOwner(QObject *owner) { m_owner = owner; }
+    Q_INVOKABLE QObject *inspectorFocusOwner() const { return m_owner.data(); }
+
+private:
+    QPointer<QObject> m_owner;
+};
+
+// The usual cast of a test: one mode, logged as "m", handed over by owner "A".
+struct OneOwner
+{
+    QStringList log;
+    RecordingMode mode{QStringLiteral("m"), &log};
+    RecordingOwner owner{QStringLiteral("A"), &log, &mode};
+};
+
+int failures = 0;
+
+void check(bool condition, const char *what)
+{
+    std::printf("%s: %s\n", condition ? "ok  " : "FAIL", what);
+    std::fflush(stdout);
+    failures += condition ? 0 : 1;
+}
+
+bool waitFor(const std::function<bool()> &condition) { return QTest::qWaitFor(condition, 10000); }
+
+// The shared inspector with real windows under an X server, run twice by
+// inspector_e2e.sh. The first run activates two document windows in turn
+// (the inspector's title and mode must follow), moves the inspector and
+// quits, which saves its frame (also written to the frame file); the second
+// run must find the shared inspector with that frame.
+int firstRun(QFile &frameFile)
+{
+    KQSettings::enableTestMode(true);
+    QStringList log;
+    RecordingMode alphaMode(QStringLiteral("alpha"), &log), betaMode(QStringLiteral("beta"), &log);
+    alphaMode.setTitle(QStringLiteral("Alpha Inspector"));
+    betaMode.setTitle(QStringLiteral("Beta Inspector"));
+    betaMode.setResizable(false);
+    betaMode.setViewSize(QSize(240, 130));
+    RecordingOwner alphaOwner(QStringLiteral("A"), &log, &alphaMode), betaOwner(QStringLiteral("B"), &log, &betaMode);
+    DocumentWindow alpha(&alphaOwner), beta(&betaOwner);
+    alpha.setGeometry(40, 60, 320, 200);
+    beta.setGeometry(420, 60, 320, 200);
+    alpha.show();
+    beta.show();
+    check(QTest::qWaitForWindowExposed(&alpha) && QTest::qWaitForWindowExposed(&beta), "document windows mapped");
+    KQInspectorWindow *inspector = KQInspectorWindow::sharedInspectorWindow();
+    inspector->orderFont();
+    check(QTest::qWaitForWindowExposed(inspector), "inspector mapped");
+    const auto follows = [&](QWidget *window, KQInspectorMode *mode, const char *title) {
+        window->raise();
+        window->activateWindow();
+        return waitFor([&] {
+            return QApplication::activeWindow() == window && inspector->mode() == mode
+                   && inspector->windowTitle() == QLatin1String(title);
+        });
+    };
+    for (int round = 0; round < 2; ++round) {
+        check(follows(&alpha, &alphaMode, "Alpha Inspector"), "alpha active: inspector shows the alpha mode and title");
+        check(inspector->focusOwner() == &alphaOwner, "alpha's owner owns the inspector");
+        check(follows(&beta, &betaMode, "Beta Inspector"), "beta active: inspector shows the beta mode and title");
+        check(inspector->geometry().size() == QSize(240, 130), "beta's fixed-size mode sizes the inspector");
+        check(alphaMode.view()->parentWidget() == nullptr, "alpha's view left the inspector");
+    }
+    check(log.contains(QStringLiteral("alpha:didShow")) && log.contains(QStringLiteral("alpha:willHide")),
+          "optional hooks were sent");
+
+    const QPoint place(333, 222); // where the user leaves it
+    inspector->move(place);
+    check(waitFor([&] { return inspector->frameGeometry().topLeft() == place; }), "inspector moved by the window system");
+    const QRect frame = inspector->frameGeometry();
+    check(frameFile.open(QIODevice::WriteOnly), "frame file written");
+    frameFile.write(QByteArray::number(frame.x()) + ' ' + QByteArray::number(frame.y()) + ' '
+                    + QByteArray::number(frame.width()) + ' ' + QByteArray::number(frame.height()));
+    QTimer::singleShot(0, qApp, &QCoreApplication::quit);
+    QApplication::exec(); // quitting saves the frame
+    return failures;
+}
+
+int secondRun(QFile &frameFile)
+{
+    KQSettings::enableTestMode(false);
+    check(frameFile.open(QIODevice::ReadOnly), "the first run left its frame");
+    const QList<QByteArray> numbers = frameFile.readAll().split(' ');
+    check(numbers.size() == 4, "four numbers");
+    if (numbers.size() != 4)
+        return failures;
+    const QRect expected(numbers[0].toInt(), numbers[1].toInt(), numbers[2].toInt(), numbers[3].toInt());
+    KQInspectorWindow *inspector = KQInspectorWindow::sharedInspectorWindow();
+    check(inspector->frameGeometry() == expected, "the restarted inspector has the saved frame");
+    inspector->orderFont();
+    check(QTest::qWaitForWindowExposed(inspector), "inspector mapped");
+    check(waitFor([&] { return inspector->frameGeometry().topLeft() == expected.topLeft(); }), "and is shown there");
+    return failures;
+}
 
 bool activate(QWidget *window)
 {
@@ -818,5 +1009,20 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(tst_Inspector)
+int main(int argc, char *argv[])
+{
+    QApplication application(argc, argv);
+    const QStringList arguments = QApplication::arguments();
+    if (arguments.size() == 3 && (arguments[1] == QLatin1String("--first") || arguments[1] == QLatin1String("--second"))) {
+        QApplication::setOrganizationName(QStringLiteral("TarnCommon"));
+        QApplication::setApplicationName(QStringLiteral("tarn-inspector-e2e"));
+        QFile frameFile(arguments[2]);
+        const int result = arguments[1] == QLatin1String("--first") ? firstRun(frameFile) : secondRun(frameFile);
+        std::printf("%s\n", result == 0 ? "PASSED" : "FAILED");
+        return result == 0 ? 0 : 1;
+    }
+    QApplication::setAttribute(Qt::AA_Use96Dpi, true);
+    tst_Inspector test;
+    return QTest::qExec(&test, argc, argv);
+}
 #include "tst_inspector.moc"
