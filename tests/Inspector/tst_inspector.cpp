@@ -99,7 +99,8 @@ public:
     Q_INVOKABLE QObject *inspectorFocusOwner() { return this; }
 };
 
-// A document window that answers the lookup with its owner (which may be none).
+// A document window that answers the lookup with its owner (which may be none)
+// and may refuse to close.
 class DocumentWindow : public QWidget
 {
     Q_OBJECT
@@ -108,6 +109,10 @@ public:
     explicit DocumentWindow(QObject *owner = nullptr) : m_owner(owner) {}
     void setOwner(QObject *owner) { m_owner = owner; }
     Q_INVOKABLE QObject *inspectorFocusOwner() const { return m_owner.data(); }
+    bool refuseClose = false;
+
+protected:
+    void closeEvent(QCloseEvent *event) override { event->setAccepted(!refuseClose); }
 
 private:
     QPointer<QObject> m_owner;
@@ -231,17 +236,6 @@ int installedViews(const KQInspectorWindow *inspector)
 {
     return int(inspector->contentView()->findChildren<QWidget *>(Qt::FindDirectChildrenOnly).size());
 }
-
-// A document window that may refuse to close.
-class RefusableWindow : public DocumentWindow
-{
-public:
-    using DocumentWindow::DocumentWindow;
-    bool refuseClose = false;
-
-protected:
-    void closeEvent(QCloseEvent *event) override { event->setAccepted(!refuseClose); }
-};
 
 } // namespace
 
@@ -595,7 +589,7 @@ private Q_SLOTS:
     {
         OneOwner s;
         // Both windows hand the inspector to the same owner, but it controls only one.
-        RefusableWindow controlled(&s.owner);
+        DocumentWindow controlled(&s.owner);
         kq_setWindowController(&controlled, &s.owner);
         DocumentWindow unrelated(&s.owner);
         auto inspector = makeShownInspector();
@@ -650,79 +644,58 @@ private Q_SLOTS:
         QVERIFY(!inspector->attachedSheet());
     }
 
-    void ownerDestroyedWhileShown()
+    void destroyedWhileShown_data()
     {
+        QTest::addColumn<QString>("victims");
+        QTest::addColumn<QStringList>("heard"); // once the destruction is over
+        QTest::newRow("owner with its mode") << "owner" << QStringList{"m:willHide", "m:wasHidden"};
+        QTest::newRow("mode, the owner makes a new one")
+            << "mode" << QStringList{"A:willLose", "A:didLose", "A:willGain", "n:willShow", "n:didShow", "A:didGain"};
+        QTest::newRow("mode, then its owner") << "mode, owner" << QStringList{};
+    }
+
+    void destroyedWhileShown()
+    {
+        QFETCH(QString, victims);
+        QFETCH(QStringList, heard);
         QStringList log;
-        auto inspector = makeShownInspector();
-        DocumentWindow document;
-        QVERIFY(activate(&document));
-        auto *owner = new RecordingOwner("A", &log, nullptr);
-        auto *mode = new RecordingMode("m", &log, owner); // the mode belongs to its owner and dies with it
+        QPointer<RecordingOwner> owner = new RecordingOwner("A", &log, nullptr);
+        QPointer<RecordingMode> mode = new RecordingMode("m", &log, victims == "owner" ? owner.data() : nullptr);
         owner->setMode(mode);
-        document.setOwner(owner);
-        inspector->updateFocusOwner(&document);
-        QCOMPARE(inspector->mode(), mode);
-        QPointer<QWidget> view = mode->view();
-        log.clear();
-        delete owner;
-        QVERIFY(view.isNull());
-        QCOMPARE(inspector->focusOwner(), nullptr);
-        QVERIFY(emptyMode(inspector.get()));
-        QCOMPARE(emptyMode(inspector.get())->focusedWindow(), &document);
-        QVERIFY(emptyMode(inspector.get())->refreshTimer()); // shown, so refreshing
-        // The mode was still whole when its owner went, and was taken down properly.
-        QCOMPARE(log, (QStringList{"m:willHide", "m:wasHidden"}));
-
-        // An owner that goes while another owner's mode is shown changes nothing.
-        OneOwner keeper;
-        inspector->setFocusOwner(&keeper.owner);
-        delete new RecordingOwner("X", &log, &keeper.mode);
-        QCOMPARE(inspector->mode(), &keeper.mode);
-    }
-
-    void modeDestroyedWhileShown_data()
-    {
-        QTest::addColumn<bool>("ownerGoesToo");
-        QTest::addColumn<QStringList>("afterwards");
-        QTest::newRow("owner makes a new mode")
-            << false << QStringList{"A:willLose", "A:didLose", "A:willGain", "n:willShow", "n:didShow", "A:didGain"};
-        QTest::newRow("owner destroyed with its mode") << true << QStringList{};
-    }
-
-    void modeDestroyedWhileShown()
-    {
-        QFETCH(bool, ownerGoesToo);
-        QFETCH(QStringList, afterwards);
-        QStringList log;
-        auto *mode = new RecordingMode("m", &log);
         RecordingMode next("n", &log);
-        QPointer<RecordingOwner> owner = new RecordingOwner("A", &log, mode);
         DocumentWindow document(owner);
         auto inspector = makeShownInspector();
         QVERIFY(activate(&document));
         inspector->updateFocusOwner(&document);
         QPointer<QWidget> view = mode->view();
         log.clear();
-        delete mode;
-        owner->setMode(&next);
-        if (ownerGoesToo)
+        if (victims.startsWith("mode")) {
+            delete mode.data();
+            owner->setMode(&next);
+        }
+        if (victims.endsWith("owner"))
             delete owner.data();
         // At once: no blank window, and the owner no longer stands behind it.
         QVERIFY(view.isNull());
         QPointer<KQInspectorMode> empty = inspector->mode();
-        QVERIFY(emptyMode(inspector.get()));
+        QVERIFY(emptyMode(inspector.get()) && emptyMode(inspector.get())->refreshTimer()); // shown, so refreshing
+        QCOMPARE(emptyMode(inspector.get())->focusedWindow(), &document);
         QCOMPARE(installedViews(inspector.get()), 1);
         QCOMPARE(inspector->focusOwner(), nullptr);
-        // Once the destruction is over, a living owner hears of its loss and,
-        // its window having the focus, is asked again.
+        // Then a living owner hears of its loss and, its window having the focus, is asked again.
         QCoreApplication::sendPostedEvents();
-        QCOMPARE(log, afterwards);
+        QCOMPARE(log, heard);
         QCOMPARE(inspector->focusOwner(), owner.data());
-        QCOMPARE(inspector->mode() == &next, !ownerGoesToo);
-        // The empty mode is the inspector's own: swapped out, it goes.
+        QCOMPARE(inspector->mode() == &next, bool(owner));
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-        QCOMPARE(empty.isNull(), !ownerGoesToo);
+        QCOMPARE(empty.isNull(), bool(owner)); // the empty mode is the inspector's own: swapped out, it goes
         delete owner.data();
+
+        // An owner that goes while another owner's mode is shown changes nothing.
+        OneOwner keeper;
+        inspector->setFocusOwner(&keeper.owner);
+        delete new RecordingOwner("X", &log, &keeper.mode);
+        QCOMPARE(inspector->mode(), &keeper.mode);
     }
 
     void inspectorDestroyedBeforeMode()
@@ -794,14 +767,11 @@ private Q_SLOTS:
         QCOMPARE(KQSettings::userDefaults()->value(key).toByteArray(), saved ? inspector.saveGeometry() : QByteArray());
     }
 
-    void emptyModeShowingBuildsTextAndOneTimer()
+    void emptyModeShowingStartsOneTimer()
     {
         QWidget window;
-        window.setWindowTitle(QStringLiteral("Report.txt"));
         KQEmptyInspectorMode mode(&window);
-        mode.modeWillShow(); // built at once, not on the first tick
-        QCOMPARE(mode.textView()->toPlainText(), QStringLiteral("Inspector not available for window:\nReport.txt"));
-        QCOMPARE(mode.textView()->document()->begin().blockFormat().alignment(), Qt::AlignHCenter);
+        mode.modeWillShow();
         QPointer<QTimer> first = mode.refreshTimer();
         QVERIFY(first && first->isActive());
         mode.modeWillShow(); // shown again: still exactly one timer
@@ -848,75 +818,64 @@ private Q_SLOTS:
         QCOMPARE(mode.textView()->toPlainText(), rebuilt ? "Inspector not available for window:\n" + newTitle : QStringLiteral("sentinel"));
     }
 
-    void emptyModeMissingTitle_data()
+    // Built at once when shown, naming the window ("?" for none), beside its
+    // document icon when it has one.
+    void emptyModeText_data()
     {
-        QTest::addColumn<bool>("withWindow");
-        QTest::addColumn<bool>("windowGoesAway");
-        QTest::newRow("untitled window") << true << false;
-        QTest::newRow("no window") << false << false;
-        QTest::newRow("window closed and deleted") << true << true;
-    }
-
-    void emptyModeMissingTitle()
-    {
-        QFETCH(bool, withWindow);
-        QFETCH(bool, windowGoesAway);
-        auto window = std::make_unique<QWidget>();
-        window->setWindowTitle(windowGoesAway ? QStringLiteral("Soon gone") : QString());
-        KQEmptyInspectorMode mode(withWindow ? window.get() : nullptr);
-        mode.modeWillShow();
-        if (windowGoesAway) {
-            QVERIFY(mode.textView()->toPlainText().endsWith(QStringLiteral("Soon gone")));
-            window.reset();
-            mode.update();
-        }
-        QCOMPARE(mode.lastWindowTitle(), QStringLiteral("?"));
-        QVERIFY(mode.textView()->toPlainText().endsWith(QStringLiteral("\n?")));
-    }
-
-    void emptyModeDocumentIcon_data()
-    {
+        QTest::addColumn<QString>("title");
         QTest::addColumn<QString>("filePath");
-        QTest::newRow("document window") << QStringLiteral("/tmp/Notes.txt");
-        QTest::newRow("window without file") << QString();
+        QTest::addColumn<QString>("window"); // kept, none or deleted once shown
+        QTest::addColumn<QString>("named");
+        QTest::newRow("titled window") << "Report.txt" << QString() << "kept" << "Report.txt";
+        QTest::newRow("untitled window") << QString() << QString() << "kept" << "?";
+        QTest::newRow("no window") << "Report.txt" << QString() << "none" << "?";
+        QTest::newRow("window closed and deleted") << "Soon gone" << QString() << "deleted" << "?";
+        QTest::newRow("document window") << "Notes" << "/tmp/Notes.txt" << "kept" << "Notes";
     }
 
-    void emptyModeDocumentIcon()
+    void emptyModeText()
     {
+        QFETCH(QString, title);
         QFETCH(QString, filePath);
+        QFETCH(QString, window);
+        QFETCH(QString, named);
         const bool hasIcon = !filePath.isEmpty();
-        QWidget window;
-        window.setWindowTitle(QStringLiteral("Notes"));
+        auto shown = std::make_unique<QWidget>();
+        shown->setWindowTitle(title);
         QPixmap red(32, 32);
         red.fill(Qt::red);
-        window.setWindowIcon(QIcon(red));
-        window.setWindowFilePath(filePath);
-        QCOMPARE(kq_documentIconOfWindow(&window).isNull(), !hasIcon);
-        KQEmptyInspectorMode mode(&window);
+        shown->setWindowIcon(QIcon(red));
+        shown->setWindowFilePath(filePath);
+        QCOMPARE(kq_documentIconOfWindow(shown.get()).isNull(), !hasIcon);
+        KQEmptyInspectorMode mode(window == "none" ? nullptr : shown.get());
         mode.modeWillShow();
-        QList<QTextFragment> pieces; // the text's pieces in order, the notice's line first
+        if (window == "deleted") {
+            QVERIFY(mode.textView()->toPlainText().endsWith(title));
+            shown.reset();
+            mode.update();
+        }
+        QTextDocument *document = mode.textView()->document();
+        const QString icon = hasIcon ? QString(QChar(QChar::ObjectReplacementCharacter)) + " " : QString();
+        QCOMPARE(document->toPlainText(), "Inspector not available for window:\n" + icon + named);
+        QCOMPARE(mode.lastWindowTitle(), named);
+        QCOMPARE(document->begin().blockFormat().alignment(), Qt::AlignHCenter);
+        QList<QTextFragment> pieces; // the notice's line first
         QList<QTextImageFormat> images;
-        for (QTextBlock block = mode.textView()->document()->begin(); block.isValid(); block = block.next())
+        for (QTextBlock block = document->begin(); block.isValid(); block = block.next())
             for (auto it = block.begin(); !it.atEnd(); ++it) {
                 pieces.append(it.fragment());
                 if (it.fragment().charFormat().isImageFormat())
                     images.append(it.fragment().charFormat().toImageFormat());
             }
-        QVERIFY(!pieces.isEmpty());
-        // Only the title is raised, and only beside an icon.
-        const QTextCharFormat title = pieces.last().charFormat();
-        QCOMPARE(pieces.last().text(), QStringLiteral("Notes"));
-        QCOMPARE(title.property(KQEmptyInspectorMode::BaselineOffsetProperty).toDouble(), hasIcon ? 3.0 : 0.0);
-        QCOMPARE(title.baselineOffset() > 0, hasIcon);
+        // Only the title is raised, and only beside the icon, a 16-point picture there to be drawn.
+        const QTextCharFormat raised = pieces.last().charFormat();
+        QCOMPARE(raised.property(KQEmptyInspectorMode::BaselineOffsetProperty).toDouble(), hasIcon ? 3.0 : 0.0);
+        QCOMPARE(raised.baselineOffset() > 0, hasIcon);
         QVERIFY(!pieces.first().charFormat().hasProperty(KQEmptyInspectorMode::BaselineOffsetProperty));
         QCOMPARE(images.size(), hasIcon ? 1 : 0);
-        const QString plain = mode.textView()->toPlainText();
-        if (hasIcon) {
-            QCOMPARE(QSizeF(images.first().width(), images.first().height()), QSizeF(16, 16));
-            QVERIFY(mode.textView()->document()->resource(QTextDocument::ImageResource, QUrl(images.first().name())).isValid());
-            QVERIFY(plain.endsWith(QChar(QChar::ObjectReplacementCharacter) + QStringLiteral(" Notes")));
-        } else {
-            QVERIFY(plain.endsWith(QStringLiteral("window:\nNotes")));
+        for (const QTextImageFormat &image : images) {
+            QCOMPARE(QSizeF(image.width(), image.height()), QSizeF(16, 16));
+            QVERIFY(document->resource(QTextDocument::ImageResource, QUrl(image.name())).isValid());
         }
     }
 
