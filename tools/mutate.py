@@ -45,6 +45,7 @@ RULE_FILES = {
     "Inspector": ["Inspector/KQInspectorLayout.cpp", "Inspector/KQInspectorWindow.cpp"],
     "Kit": ["Kit/KQError.cpp", "Kit/KQMenuExtensions.cpp", "Kit/KQURLRequest.cpp", "Kit/KQPrintInfo.cpp"],
     "Platform": ["Platform/KQRectRules.h", "Platform/KQScreenSpace.cpp"],
+    "Relayout": ["Relayout/KQRelayoutRules.cpp"],
     "TabView": ["TabView/KQTabBarGeometry.cpp", "TabView/KQTabView.cpp"],
     "ToolTips": ["ToolTips/ToolTipTiming_ZL.cpp", "ToolTips/ToolTipHitTesting_ZL.cpp"],
     "Windows": ["Windows/ConstrainFrameRectToScreen_ZL.cpp", "Windows/CocoaExtensions_ZL.cpp"],

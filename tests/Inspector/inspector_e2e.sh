@@ -1,6 +1,6 @@
 #!/bin/sh
-# Runs the inspector's end-to-end helper twice under its own X server: the
-# second process must find the inspector where the first one left it.
+# Runs the inspector test program's end-to-end mode twice under its own X
+# server: the second process must find the inspector where the first left it.
 set -eu
 helper="$1"
 state=$(mktemp -d)
