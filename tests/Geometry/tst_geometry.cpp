@@ -7,44 +7,51 @@
 #include <QtCore/QRegularExpression>
 #include <QtTest/QtTest>
 
-#include <cmath>
+#include <functional>
 #include <limits>
 
-Q_DECLARE_METATYPE(RGBColor)
+using Result = std::function<QByteArray()>;
+Q_DECLARE_METATYPE(Result)
 
 namespace {
 
-constexpr double NaN = std::numeric_limits<double>::quiet_NaN();
-constexpr double Inf = std::numeric_limits<double>::infinity();
-constexpr qint64 Min64 = std::numeric_limits<qint64>::min();
-constexpr qint64 Max64 = std::numeric_limits<qint64>::max();
+constexpr double NaN = std::numeric_limits<double>::quiet_NaN(), Inf = std::numeric_limits<double>::infinity();
+constexpr qint64 Min64 = std::numeric_limits<qint64>::min(), Max64 = std::numeric_limits<qint64>::max();
+const QRectF R(10, 10, 20, 20);
 
-// Exact comparison that also treats two not-a-numbers as equal.
-bool same(double a, double b)
+// The numbers as printed, to 12 digits; not-a-number prints as "nan".
+QByteArray show(std::initializer_list<double> values)
 {
-    return (std::isnan(a) && std::isnan(b)) || a == b;
+    QByteArray out;
+    for (double v : values)
+        out += (out.isEmpty() ? "" : " ") + QByteArray::number(v, 'g', 12);
+    return out;
 }
+QByteArray show(RGBColor c) { return show({double(c.red), double(c.green), double(c.blue)}); }
+KQRect toC(QRectF r) { return KQRect{{r.x(), r.y()}, {r.width(), r.height()}}; }
+KQPoint toC(QPointF p) { return KQPoint{p.x(), p.y()}; }
 
-bool sameRect(const QRectF &a, const QRectF &b)
+// The Qt form's result, and the plain-record form's where C callers would see another.
+QByteArray both(QRectF qt, KQRect c)
 {
-    return same(a.x(), b.x()) && same(a.y(), b.y()) && same(a.width(), b.width()) && same(a.height(), b.height());
+    const QByteArray a = show({qt.x(), qt.y(), qt.width(), qt.height()});
+    const QByteArray b = show({c.origin.x, c.origin.y, c.size.width, c.size.height});
+    return a == b ? a : a + " | plain " + b;
 }
-
-QByteArray describe(const QRectF &r)
+QByteArray between(QPointF a, QPointF b) { return both(q_RECT_rect_between_points(a, b), q_RECT_rect_between_points(toC(a), toC(b))); }
+QByteArray edge(uint e, double x) { return both(q_RECT_set_edge_to_location(R, e, x), q_RECT_set_edge_to_location(toC(R), e, x)); }
+QByteArray corner(uint k, QPointF p) { return both(q_RECT_set_corner_to_point(R, k, p), q_RECT_set_corner_to_point(toC(R), k, toC(p))); }
+QByteArray normal(QRectF r) { return both(q_RECT_normalize(r), q_RECT_normalize(toC(r))); }
+QByteArray centre(QRectF r) { return both(QRectF(q_RECT__Get_Centre(r), QSizeF(0, 0)), KQRect{q_RECT__Get_Centre(toC(r)), {0, 0}}); }
+QByteArray onLine(bool clamp, QPointF p, QPointF a, QPointF b)
 {
-    return QByteArray::number(r.x()) + "," + QByteArray::number(r.y()) + " " + QByteArray::number(r.width()) + "x"
-           + QByteArray::number(r.height());
+    const QPointF q = KQPointConstrainToLine(clamp, p, a, b);
+    const KQPoint c = KQPointConstrainToLine(clamp, toC(p), toC(a), toC(b));
+    return both(QRectF(q, QSizeF(0, 0)), KQRect{c, {0, 0}});
 }
-
-QByteArray describe(RGBColor c)
-{
-    return QByteArray::number(c.red) + ", " + QByteArray::number(c.green) + ", " + QByteArray::number(c.blue);
-}
-
-RGBColor rgb(int r, int g, int b)
-{
-    return RGBColor{quint16(r), quint16(g), quint16(b)};
-}
+// The green share at d degrees, then the ring's colour there.
+QByteArray hue(double d) { return show({Get_Green_colour_index_01_for_degree(d)}) + " | " + show(Get_RGB_Outside_Colour_Ring_from_degree(d)); }
+QByteArray box(qint64 column, qint64 row, qint64 rows, qint64 columns, double dim = 0) { return show(Get_RGBColour_for_box(column, row, rows, columns, dim)); }
 
 } // namespace
 
@@ -53,336 +60,123 @@ class tst_Geometry : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void rectRules_data();
-    void rectRules();
-    void pointRules();
-    void constrainToLine_data();
-    void constrainToLine();
-    void clockAndIdentifiers();
-    void wheel_data();
-    void wheel();
-    void shades_data();
-    void shades();
-    void unitSquare_data();
-    void unitSquare();
-    void paletteBox_data();
-    void paletteBox();
-    void difference_data();
-    void difference();
+    // Rectangles are printed "x y width height", points "x y 0 0", colours "red green blue";
+    // report: what the library must say (nothing if empty).
+    void results_data()
+    {
+        QTest::addColumn<Result>("result");
+        QTest::addColumn<QByteArray>("expected");
+        QTest::addColumn<QByteArray>("report");
+        const auto row = [](const char *name, Result r, const char *expected, const char *report = "") {
+            QTest::newRow(name) << r << QByteArray(expected) << QByteArray(report);
+        };
+        const double nearlyOne = 1.0 + 1.1920928955078125e-07;
+        const RGBColor some{1000, 40000, 65535}, black{0, 0, 0}, white{65535, 65535, 65535};
+        row("between: reversed", [] { return between({4, 8}, {1, 2}); }, "1 2 3 6");
+        row("between: crossed", [] { return between({4, 2}, {1, 8}); }, "1 2 3 6");
+        row("edge: min x", [] { return edge(0, 5); }, "5 10 25 20");
+        row("edge: min y", [] { return edge(1, 0); }, "10 0 20 30");
+        row("edge: max x before min x", [] { return edge(2, 0); }, "10 10 -10 20");
+        row("edge: max y", [] { return edge(3, 15); }, "10 10 20 5");
+        row("edge: not-a-number", [] { return edge(2, NaN); }, "10 10 nan 20");
+        row("edge: none is reported", [] { return edge(4, 100); }, "10 10 20 20", "-- 4 is not a valid NSRectEdge value\n");
+        row("edge: huge none", [] { return edge(0xFFFFFFFFu, 100); }, "10 10 20 20", "-- -1 is not a valid NSRectEdge value\n");
+        row("corner 0: min x, min y", [] { return corner(0, {5, 0}); }, "5 0 25 30");
+        row("corner 1: min x, max y", [] { return corner(1, {5, 50}); }, "5 10 25 40");
+        row("corner 2: max x, min y", [] { return corner(2, {50, 5}); }, "10 5 40 25");
+        row("corner 3: max x, max y", [] { return corner(3, {50, 50}); }, "10 10 40 40");
+        row("corner 6 behaves as 3", [] { return corner(6, {0, 0}); }, "10 10 -10 -10");
+        row("corner huge behaves as 3", [] { return corner(0xFFFFFFFFu, {12, 14}); }, "10 10 2 4");
+        row("normalize: negative width", [] { return normal({40, 10, -10, 20}); }, "30 10 10 20");
+        row("normalize: negative height", [] { return normal({0, 10, 5, -4}); }, "0 6 5 4");
+        row("normalize: not-a-number stays", [] { return normal({1, 1, NaN, -2}); }, "1 -1 nan 2");
+        row("distance", [] { return show({q_POINT_distance_between_points(QPointF(3, 4), {}), q_POINT_distance_between_points(KQPoint{1, 1}, KQPoint{4, 5})}); }, "5 5");
+        row("centre", [] { return centre({10, 20, 30, 40}); }, "25 40 0 0");
+        row("centre of a negative size: no normalisation", [] { return centre({10, 10, -20, -4}); }, "0 8 0 0");
+        row("line: vertical", [] { return onLine(false, {3, 20}, {0, 0}, {0, 10}); }, "0 20 0 0");
+        row("line: vertical clamped", [] { return onLine(true, {3, 20}, {0, 0}, {0, 10}); }, "0 10 0 0");
+        row("line: vertical within epsilon takes the end's x", [=] { return onLine(false, {3, 4}, {1, 0}, {nearlyOne, 10}); }, "1.00000011921 4 0 0");
+        row("line: diagonal", [] { return onLine(false, {10, 0}, {0, 0}, {10, 10}); }, "5 5 0 0");
+        row("line: diagonal clamped per coordinate", [] { return onLine(true, {30, 10}, {0, 0}, {10, 10}); }, "10 10 0 0");
+        row("line: beyond the start, unclamped", [] { return onLine(false, {-4, -6}, {0, 0}, {10, 10}); }, "-5 -5 0 0");
+        row("line: horizontal is not-a-number", [] { return onLine(false, {3, 9}, {0, 5}, {10, 5}); }, "nan nan 0 0");
+        row("line: horizontal clamped to the low corner", [] { return onLine(true, {3, 9}, {10, 5}, {0, 5}); }, "0 5 0 0");
+        row("line: not-a-number point clamped", [] { return onLine(true, {NaN, NaN}, {2, 0}, {10, 10}); }, "2 0 0 0");
+        row("hue 0", [] { return hue(0); }, "0 | 65535 0 0");
+        row("hue 30 rising, truncated", [] { return hue(30); }, "0.5 | 65535 32767 0");
+        row("hue 60 full", [] { return hue(60); }, "1 | 65535 65535 0");
+        row("hue 210 falling", [] { return hue(210); }, "0.5 | 0 32767 65535");
+        row("hue 240 off", [] { return hue(240); }, "0 | 0 0 65535");
+        row("hue -30 is 330", [] { return hue(-30); }, "0 | 65535 0 32767");
+        row("hue 390 is 30", [] { return hue(390); }, "0.5 | 65535 32767 0");
+        row("hue 720 is 360", [] { return hue(720); }, "0 | 65535 0 0");
+        row("hue 2^40 turns and 30", [] { return hue(360.0 * 1099511627776.0 + 30.0); }, "0.5 | 65535 32767 0");
+        row("hue NaN", [] { return hue(NaN); }, "0 | 0 0 0");
+        row("hue +Inf", [] { return hue(Inf); }, "0 | 0 0 0");
+        row("hue -Inf", [] { return hue(-Inf); }, "0 | 0 0 0");
+        row("lighter by 0 is white", [=] { return show(Get_RGB_Lighter_Colour_by_fraction(some, 0)); }, "65535 65535 65535");
+        row("lighter half of black truncates", [=] { return show(Get_RGB_Lighter_Colour_by_fraction(black, 0.5)); }, "32767 32767 32767");
+        row("lighter by NaN", [=] { return show(Get_RGB_Lighter_Colour_by_fraction(some, NaN)); }, "0 0 0");
+        row("darker half of white truncates", [=] { return show(Get_RGB_Darker_Colour_by_fraction(white, 0.5)); }, "32767 32767 32767");
+        row("darker by 2 wraps", [] { return show(Get_RGB_Darker_Colour_by_fraction(RGBColor{40000, 0, 0}, 2)); }, "14464 0 0");
+        row("darker by -Inf", [=] { return show(Get_RGB_Darker_Colour_by_fraction(some, -Inf)); }, "0 0 0");
+        row("square: bottom is black", [] { return show(Get_Color_in_2D_01_space(0, 1)); }, "0 0 0");
+        row("square: y above 1 is white", [] { return show(Get_Color_in_2D_01_space(0, 1.5)); }, "65535 65535 65535");
+        row("square: middle is the pure hue", [] { return show(Get_Color_in_2D_01_space(0.5, 0.5)); }, "0 65535 65535");
+        row("square: quarter down", [] { return show(Get_Color_in_2D_01_space(0, 0.25)); }, "65535 32767 32767");
+        row("square: three quarters down", [] { return show(Get_Color_in_2D_01_space(0, 0.75)); }, "32767 0 0");
+        row("square: x above 1 is red", [] { return show(Get_Color_in_2D_01_space(1.5, 0.5)); }, "65535 0 0");
+        row("square: NaN counts as 0", [] { return show(Get_Color_in_2D_01_space(NaN, NaN)); }, "65535 65535 65535");
+        row("box: grey top is white", [] { return box(1, 1, 10, 8); }, "65535 65535 65535");
+        row("box: grey bottom is black", [] { return box(1, 10, 10, 8); }, "0 0 0");
+        row("box: grey middle truncates", [] { return box(1, 5, 10, 8); }, "32767 32767 32767");
+        row("box: hue top row", [] { return box(2, 1, 10, 8); }, "65535 63662 52428");
+        row("box: hue inner cell", [] { return box(5, 7, 10, 8); }, "0 32454 56797");
+        row("box: dimmed", [] { return box(1, 1, 10, 8, 1); }, "45874 45874 45874");
+        row("box: NaN dims", [] { return box(1, 1, 10, 8, NaN); }, "45874 45874 45874");
+        row("box: 39 rows, never darkened", [] { return box(1, 35, 39, 8); }, "6721 6721 6721");
+        row("box: 40 rows, row 35 untouched", [] { return box(1, 35, 40, 8); }, "8191 8191 8191");
+        row("box: 40 rows, fifth-last darkened", [] { return box(1, 36, 40, 8); }, "5679 5679 5679");
+        row("box: 40 rows, last row to a third", [] { return box(2, 40, 40, 2); }, "8737 0 0");
+        row("box: dimmed and darkened", [] { return box(3, 36, 39, 5, 1); }, "0 23419 23419");
+        row("box: one row", [] { return box(2, 1, 1, 8); }, "65535 65535 65535");
+        row("box: grey of one row", [] { return box(1, 1, 1, 8); }, "0 0 0");
+        row("box: beyond one column", [] { return box(2, 1, 10, 1); }, "65535 52428 52428");
+        row("box: no rows", [] { return box(1, 2, 0, 8); }, "0 0 0");
+        row("box: extreme numbers, low 16 bits", [] { return box(1, Min64, Max64, 8); }, "65534 65534 65534");
+        const auto diff = [](QColor a, QColor b) { return [=] { return show({q_COLOR_difference_between_NSColors(a, b)}); }; };
+        row("difference: black and white", diff(Qt::black, Qt::white), "0.866025403784");
+        row("difference: transparent and opaque black", diff(QColor(0, 0, 0, 0), Qt::black), "0.5");
+        row("difference: itself", diff(Qt::red, Qt::red), "0");
+        row("difference: HSV against RGB", diff(QColor::fromHsv(0, 255, 255), Qt::black), "0.5");
+        row("difference: missing and any", diff(QColor(), Qt::red), "1");
+        row("difference: out of range is reported", diff(QColor::fromRgbF(3.0f, 0.0f, 0.0f), Qt::black), "1.5",
+            "Assertion: (diff >= 0.0 && diff <= 1.0)");
+    }
+    void results()
+    {
+        QFETCH(Result, result);
+        QFETCH(QByteArray, expected);
+        QFETCH(QByteArray, report);
+        MessageCapture capture;
+        QCOMPARE(result(), expected);
+        const QByteArray text = capture.text();
+        QVERIFY2(report.isEmpty() ? text.isEmpty() : text.contains(report), text);
+    }
+
+    void clockAndIdentifiers()
+    {
+        const double start = Secs();
+        QVERIFY(start > 0 && Secs() >= start);
+        static const QRegularExpression form(QStringLiteral("^[0-9A-F]{8}(-[0-9A-F]{4}){3}-[0-9A-F]{12}$"));
+        QSet<QString> seen;
+        for (int i = 0; i < 200; ++i)
+            seen.insert(Unique_ID_ns());
+        QCOMPARE(seen.size(), 200);
+        for (const QString &id : std::as_const(seen))
+            QVERIFY2(form.match(id).hasMatch(), qPrintable(id));
+    }
 };
-
-// between: the rectangle spanned by in's two corner points; edge and corner:
-// from in, moved to p (an edge takes p.x); normalize: in made positive.
-void tst_Geometry::rectRules_data()
-{
-    QTest::addColumn<QString>("op");
-    QTest::addColumn<QRectF>("in");
-    QTest::addColumn<uint>("which");
-    QTest::addColumn<QPointF>("p");
-    QTest::addColumn<QRectF>("expected");
-    const QRectF r(10, 10, 20, 20);
-    const auto row = [](const char *name, const char *op, QRectF in, uint which, QPointF p, QRectF expected) {
-        QTest::newRow(name) << QString::fromLatin1(op) << in << which << p << expected;
-    };
-    const auto between = [&](const char *name, QPointF a, QPointF b, QRectF expected) {
-        row(name, "between", QRectF(a, b), 0, {}, expected);
-    };
-    between("between: reversed", {4, 8}, {1, 2}, {1, 2, 3, 6});
-    between("between: crossed", {4, 2}, {1, 8}, {1, 2, 3, 6});
-    between("between: equal points", {5, 5}, {5, 5}, {5, 5, 0, 0});
-    between("between: negative", {-3, -1}, {-7, 2}, {-7, -1, 4, 3});
-    row("edge: min x", "edge", r, 0, {5, 0}, {5, 10, 25, 20});
-    row("edge: min x past max x stays negative", "edge", r, 0, {40, 0}, {40, 10, -10, 20});
-    row("edge: min y", "edge", r, 1, {0, 0}, {10, 0, 20, 30});
-    row("edge: max x before min x", "edge", r, 2, {0, 0}, {10, 10, -10, 20});
-    row("edge: max y", "edge", r, 3, {15, 0}, {10, 10, 20, 5});
-    row("edge: not-a-number", "edge", r, 2, {NaN, 0}, {10, 10, NaN, 20});
-    row("corner 0: min x, min y", "corner", r, 0, {5, 0}, {5, 0, 25, 30});
-    row("corner 1: min x, max y", "corner", r, 1, {5, 50}, {5, 10, 25, 40});
-    row("corner 2: max x, min y", "corner", r, 2, {50, 5}, {10, 5, 40, 25});
-    row("corner 3: max x, max y", "corner", r, 3, {50, 50}, {10, 10, 40, 40});
-    row("corner 4 behaves as 3", "corner", r, 4, {50, 50}, {10, 10, 40, 40});
-    row("corner 6 behaves as 3", "corner", r, 6, {0, 0}, {10, 10, -10, -10});
-    row("corner huge behaves as 3", "corner", r, 0xFFFFFFFFu, {12, 14}, {10, 10, 2, 4});
-    row("normalize: already normal", "normalize", {1, 2, 3, 4}, 0, {}, {1, 2, 3, 4});
-    row("normalize: negative width", "normalize", {40, 10, -10, 20}, 0, {}, {30, 10, 10, 20});
-    row("normalize: negative height", "normalize", {0, 10, 5, -4}, 0, {}, {0, 6, 5, 4});
-    row("normalize: not-a-number stays", "normalize", {1, 1, NaN, -2}, 0, {}, {1, -1, NaN, 2});
-}
-
-void tst_Geometry::rectRules()
-{
-    QFETCH(QString, op);
-    QFETCH(QRectF, in);
-    QFETCH(uint, which);
-    QFETCH(QPointF, p);
-    QFETCH(QRectF, expected);
-    QRectF r;
-    KQRect c{};
-    const KQRect cin{{in.x(), in.y()}, {in.width(), in.height()}};
-    if (op == QLatin1String("between")) {
-        r = q_RECT_rect_between_points(in.topLeft(), in.bottomRight());
-        c = q_RECT_rect_between_points(cin.origin, KQPoint{in.right(), in.bottom()});
-    } else if (op == QLatin1String("edge")) {
-        r = q_RECT_set_edge_to_location(in, which, p.x());
-        c = q_RECT_set_edge_to_location(cin, which, p.x());
-    } else if (op == QLatin1String("corner")) {
-        r = q_RECT_set_corner_to_point(in, which, p);
-        c = q_RECT_set_corner_to_point(cin, which, KQPoint{p.x(), p.y()});
-    } else {
-        r = q_RECT_normalize(in);
-        c = q_RECT_normalize(cin);
-    }
-    QVERIFY2(sameRect(r, expected), describe(r));
-    // The plain-record form, as C callers see it.
-    const QRectF fromC(c.origin.x, c.origin.y, c.size.width, c.size.height);
-    QVERIFY2(sameRect(fromC, expected), describe(fromC));
-}
-
-void tst_Geometry::pointRules()
-{
-    QCOMPARE(q_POINT_distance_between_points(QPointF(3, 4), QPointF(0, 0)), 5.0);
-    QCOMPARE(q_POINT_distance_between_points(KQPoint{1, 1}, KQPoint{4, 5}), 5.0);
-    QVERIFY(std::isnan(q_POINT_distance_between_points(QPointF(NaN, 0), QPointF(1, 1))));
-    QCOMPARE(q_RECT__Get_Centre(QRectF(10, 20, 30, 40)), QPointF(25, 40));
-    // A negative size puts the centre before the origin: no normalisation.
-    QCOMPARE(q_RECT__Get_Centre(QRectF(10, 10, -20, -4)), QPointF(0, 8));
-
-    // An edge that is none is reported and leaves the rectangle as it was.
-    MessageCapture out;
-    QVERIFY(sameRect(q_RECT_set_edge_to_location(QRectF(1, 2, 3, 4), 4, 100.0), QRectF(1, 2, 3, 4)));
-    QVERIFY(sameRect(q_RECT_set_edge_to_location(QRectF(1, 2, 3, 4), 0xFFFFFFFFu, 100.0), QRectF(1, 2, 3, 4)));
-    QCOMPARE(out.text(), QByteArray("!!! ERROR !!! -- 4 is not a valid NSRectEdge value\n"
-                                    "!!! ERROR !!! -- -1 is not a valid NSRectEdge value\n"));
-}
-
-void tst_Geometry::constrainToLine_data()
-{
-    QTest::addColumn<bool>("clamp");
-    QTest::addColumn<QPointF>("point");
-    QTest::addColumn<QPointF>("start");
-    QTest::addColumn<QPointF>("end");
-    QTest::addColumn<QPointF>("expected");
-
-    const double nearlyOne = 1.0 + 1.1920928955078125e-07;
-    QTest::newRow("vertical") << false << QPointF(3, 20) << QPointF(0, 0) << QPointF(0, 10) << QPointF(0, 20);
-    QTest::newRow("vertical clamped") << true << QPointF(3, 20) << QPointF(0, 0) << QPointF(0, 10) << QPointF(0, 10);
-    QTest::newRow("vertical within epsilon takes the end's x")
-        << false << QPointF(3, 4) << QPointF(1.0, 0) << QPointF(nearlyOne, 10) << QPointF(nearlyOne, 4);
-    QTest::newRow("diagonal") << false << QPointF(10, 0) << QPointF(0, 0) << QPointF(10, 10) << QPointF(5, 5);
-    QTest::newRow("diagonal clamped per coordinate")
-        << true << QPointF(30, 10) << QPointF(0, 0) << QPointF(10, 10) << QPointF(10, 10);
-    QTest::newRow("diagonal beyond the start, unclamped")
-        << false << QPointF(-4, -6) << QPointF(0, 0) << QPointF(10, 10) << QPointF(-5, -5);
-    QTest::newRow("horizontal is not-a-number")
-        << false << QPointF(3, 9) << QPointF(0, 5) << QPointF(10, 5) << QPointF(NaN, NaN);
-    QTest::newRow("horizontal clamped: the segment's low corner")
-        << true << QPointF(3, 9) << QPointF(10, 5) << QPointF(0, 5) << QPointF(0, 5);
-    QTest::newRow("not-a-number point clamped")
-        << true << QPointF(NaN, NaN) << QPointF(2, 0) << QPointF(10, 10) << QPointF(2, 0);
-}
-
-void tst_Geometry::constrainToLine()
-{
-    QFETCH(bool, clamp);
-    QFETCH(QPointF, point);
-    QFETCH(QPointF, start);
-    QFETCH(QPointF, end);
-    QFETCH(QPointF, expected);
-    const QPointF p = KQPointConstrainToLine(clamp, point, start, end);
-    QVERIFY2(same(p.x(), expected.x()) && same(p.y(), expected.y()),
-             QByteArray::number(p.x()) + "," + QByteArray::number(p.y()));
-    const KQPoint c = KQPointConstrainToLine(clamp, KQPoint{point.x(), point.y()}, KQPoint{start.x(), start.y()},
-                                             KQPoint{end.x(), end.y()});
-    QVERIFY(same(c.x, expected.x()) && same(c.y, expected.y()));
-}
-
-void tst_Geometry::clockAndIdentifiers()
-{
-    double previous = Secs();
-    QVERIFY(previous > 0);
-    for (int i = 0; i < 1000; ++i) {
-        const double now = Secs();
-        QVERIFY(now >= previous);
-        previous = now;
-    }
-    static const QRegularExpression form(QStringLiteral("^[0-9A-F]{8}-[0-9A-F]{4}-[0-9A-F]{4}-[0-9A-F]{4}-[0-9A-F]{12}$"));
-    QSet<QString> seen;
-    for (int i = 0; i < 200; ++i) {
-        const QString id = Unique_ID_ns();
-        QVERIFY2(form.match(id).hasMatch(), qPrintable(id));
-        seen.insert(id);
-    }
-    QCOMPARE(seen.size(), 200);
-}
-
-// The green share of a hue in degrees, and the hue's colour on the ring
-// (red and blue are the green share 120 and 240 degrees on).
-void tst_Geometry::wheel_data()
-{
-    QTest::addColumn<double>("degrees");
-    QTest::addColumn<double>("share");
-    QTest::addColumn<RGBColor>("ring");
-    const auto row = [](const char *name, double degrees, double share, RGBColor ring) {
-        QTest::newRow(name) << degrees << share << ring;
-    };
-    row("0", 0, 0, rgb(65535, 0, 0));
-    row("30 rising, truncated", 30, 0.5, rgb(65535, 32767, 0));
-    row("60 full", 60, 1, rgb(65535, 65535, 0));
-    row("180 full", 180, 1, rgb(0, 65535, 65535));
-    row("210 falling", 210, 0.5, rgb(0, 32767, 65535));
-    row("240 off", 240, 0, rgb(0, 0, 65535));
-    row("360 stays 360", 360, 0, rgb(65535, 0, 0));
-    row("-30 is 330", -30, 0, rgb(65535, 0, 32767));
-    row("-300 is 60", -300, 1, rgb(65535, 65535, 0));
-    row("-690 is 30", -690, 0.5, rgb(65535, 32767, 0));
-    row("390 is 30", 390, 0.5, rgb(65535, 32767, 0));
-    row("720 is 360", 720, 0, rgb(65535, 0, 0));
-    row("2^40 turns and 30", 360.0 * 1099511627776.0 + 30.0, 0.5, rgb(65535, 32767, 0));
-    row("NaN", NaN, 0, rgb(0, 0, 0));
-    row("+Inf", Inf, 0, rgb(0, 0, 0));
-    row("-Inf", -Inf, 0, rgb(0, 0, 0));
-}
-
-void tst_Geometry::wheel()
-{
-    QFETCH(double, degrees);
-    QFETCH(double, share);
-    QFETCH(RGBColor, ring);
-    QCOMPARE(Get_Green_colour_index_01_for_degree(degrees), share);
-    QCOMPARE(describe(Get_RGB_Outside_Colour_Ring_from_degree(degrees)), describe(ring));
-}
-
-void tst_Geometry::shades_data()
-{
-    QTest::addColumn<bool>("lighter");
-    QTest::addColumn<RGBColor>("color");
-    QTest::addColumn<double>("fraction");
-    QTest::addColumn<RGBColor>("expected");
-
-    const RGBColor some = rgb(1000, 40000, 65535);
-    QTest::newRow("lighter by 1 keeps") << true << some << 1.0 << some;
-    QTest::newRow("lighter by 0 is white") << true << some << 0.0 << rgb(65535, 65535, 65535);
-    QTest::newRow("lighter half of black truncates") << true << rgb(0, 0, 0) << 0.5 << rgb(32767, 32767, 32767);
-    QTest::newRow("lighter by 2 wraps") << true << rgb(0, 0, 0) << 2.0 << rgb(1, 1, 1);
-    QTest::newRow("lighter by NaN") << true << some << NaN << rgb(0, 0, 0);
-    QTest::newRow("darker by 0 is black") << false << some << 0.0 << rgb(0, 0, 0);
-    QTest::newRow("darker half of white truncates") << false << rgb(65535, 65535, 65535) << 0.5 << rgb(32767, 32767, 32767);
-    QTest::newRow("darker by 2 wraps") << false << rgb(40000, 0, 0) << 2.0 << rgb(14464, 0, 0);
-    QTest::newRow("darker by -Inf") << false << some << -Inf << rgb(0, 0, 0);
-}
-
-void tst_Geometry::shades()
-{
-    QFETCH(bool, lighter);
-    QFETCH(RGBColor, color);
-    QFETCH(double, fraction);
-    QFETCH(RGBColor, expected);
-    const RGBColor c = lighter ? Get_RGB_Lighter_Colour_by_fraction(color, fraction)
-                               : Get_RGB_Darker_Colour_by_fraction(color, fraction);
-    QCOMPARE(describe(c), describe(expected));
-}
-
-void tst_Geometry::unitSquare_data()
-{
-    QTest::addColumn<double>("x");
-    QTest::addColumn<double>("y");
-    QTest::addColumn<RGBColor>("expected");
-
-    QTest::newRow("top is white") << 0.0 << 0.0 << rgb(65535, 65535, 65535);
-    QTest::newRow("bottom is black") << 0.0 << 1.0 << rgb(0, 0, 0);
-    QTest::newRow("y above 1 is white") << 0.0 << 1.5 << rgb(65535, 65535, 65535);
-    QTest::newRow("middle is the pure hue") << 0.5 << 0.5 << rgb(0, 65535, 65535);
-    QTest::newRow("quarter down") << 0.0 << 0.25 << rgb(65535, 32767, 32767);
-    QTest::newRow("three quarters down") << 0.0 << 0.75 << rgb(32767, 0, 0);
-    QTest::newRow("x above 1 is red") << 1.5 << 0.5 << rgb(65535, 0, 0);
-    QTest::newRow("negative x is red") << -1.0 << 0.5 << rgb(65535, 0, 0);
-    QTest::newRow("x of 1 is red") << 1.0 << 0.5 << rgb(65535, 0, 0);
-    QTest::newRow("NaN counts as 0") << NaN << NaN << rgb(65535, 65535, 65535);
-}
-
-void tst_Geometry::unitSquare()
-{
-    QFETCH(double, x);
-    QFETCH(double, y);
-    QFETCH(RGBColor, expected);
-    QCOMPARE(describe(Get_Color_in_2D_01_space(x, y)), describe(expected));
-}
-
-void tst_Geometry::paletteBox_data()
-{
-    QTest::addColumn<qint64>("column");
-    QTest::addColumn<qint64>("row");
-    QTest::addColumn<qint64>("rows");
-    QTest::addColumn<qint64>("columns");
-    QTest::addColumn<double>("dim");
-    QTest::addColumn<RGBColor>("expected");
-    const auto box = [](const char *name, qint64 column, qint64 row, qint64 rows, qint64 columns, double dim, RGBColor c) {
-        QTest::newRow(name) << column << row << rows << columns << dim << c;
-    };
-    box("grey top is white", 1, 1, 10, 8, 0, rgb(65535, 65535, 65535));
-    box("grey bottom is black", 1, 10, 10, 8, 0, rgb(0, 0, 0));
-    box("grey middle truncates", 1, 5, 10, 8, 0, rgb(32767, 32767, 32767));
-    box("hue top row", 2, 1, 10, 8, 0, rgb(65535, 63662, 52428));
-    box("hue inner cell", 5, 7, 10, 8, 0, rgb(0, 32454, 56797));
-    box("dimmed", 1, 1, 10, 8, 1, rgb(45874, 45874, 45874));
-    box("NaN dims", 1, 1, 10, 8, NaN, rgb(45874, 45874, 45874));
-    box("39 rows: never darkened", 1, 35, 39, 8, 0, rgb(6721, 6721, 6721));
-    box("40 rows: row 35 untouched", 1, 35, 40, 8, 0, rgb(8191, 8191, 8191));
-    box("40 rows: fifth-last darkened", 1, 36, 40, 8, 0, rgb(5679, 5679, 5679));
-    box("40 rows: hue row 35", 2, 35, 40, 2, 0, rgb(37976, 0, 0));
-    box("40 rows: hue row 36", 2, 36, 40, 2, 0, rgb(30872, 0, 0));
-    box("40 rows: last row to a third", 2, 40, 40, 2, 0, rgb(8737, 0, 0));
-    box("dimmed and darkened", 3, 36, 39, 5, 1, rgb(0, 23419, 23419));
-    box("one row", 2, 1, 1, 8, 0, rgb(65535, 65535, 65535));
-    box("grey of one row", 1, 1, 1, 8, 0, rgb(0, 0, 0));
-    box("beyond one column", 2, 1, 10, 1, 0, rgb(65535, 52428, 52428));
-    box("no rows", 1, 2, 0, 8, 0, rgb(0, 0, 0));
-    box("extreme numbers", 1, Min64, Max64, 8, 0, rgb(65534, 65534, 65534)); // 2 x 65535, low 16 bits
-}
-
-void tst_Geometry::paletteBox()
-{
-    QFETCH(qint64, column);
-    QFETCH(qint64, row);
-    QFETCH(qint64, rows);
-    QFETCH(qint64, columns);
-    QFETCH(double, dim);
-    QFETCH(RGBColor, expected);
-    QCOMPARE(describe(Get_RGBColour_for_box(column, row, rows, columns, dim)), describe(expected));
-}
-
-void tst_Geometry::difference_data()
-{
-    QTest::addColumn<QColor>("a");
-    QTest::addColumn<QColor>("b");
-    QTest::addColumn<double>("expected");
-    QTest::addColumn<bool>("reported");
-
-    const QColor black(Qt::black);
-    QTest::newRow("black and white") << black << QColor(Qt::white) << std::sqrt(3.0) * 0.5 << false;
-    QTest::newRow("transparent and opaque black") << QColor(0, 0, 0, 0) << black << 0.5 << false;
-    QTest::newRow("itself") << QColor(Qt::red) << QColor(Qt::red) << 0.0 << false;
-    QTest::newRow("HSV against RGB") << QColor::fromHsv(0, 255, 255) << black << 0.5 << false;
-    QTest::newRow("missing and any") << QColor() << QColor(Qt::red) << 1.0 << false;
-    QTest::newRow("transparent white and opaque black") << QColor(255, 255, 255, 0) << black << 1.0 << false;
-    QTest::newRow("out of range is reported") << QColor::fromRgbF(3.0f, 0.0f, 0.0f) << black << 1.5 << true;
-    QTest::newRow("infinite is reported") << QColor::fromRgbF(Inf, 0.0f, 0.0f) << black << Inf << true;
-}
-
-void tst_Geometry::difference()
-{
-    QFETCH(QColor, a);
-    QFETCH(QColor, b);
-    QFETCH(double, expected);
-    QFETCH(bool, reported);
-    MessageCapture capture;
-    const double diff = q_COLOR_difference_between_NSColors(a, b);
-    const QByteArray report = capture.text();
-    QVERIFY2(std::isinf(expected) ? diff == expected : qAbs(diff - expected) < 1e-9, QByteArray::number(diff));
-    QCOMPARE(report.contains("Assertion: (diff >= 0.0 && diff <= 1.0)"), reported);
-    QVERIFY2(reported ? report.contains("q_COLOR_difference_between_NSColors") : report.isEmpty(), report);
-}
 
 QTEST_GUILESS_MAIN(tst_Geometry)
 #include "tst_geometry.moc"

@@ -80,9 +80,12 @@ private Q_SLOTS:
         QTest::qWait(50);
     }
 
-    void appearsBelowThePointerAfterRest()
+    // After the rest time below the pointer; another swatch replaces it at the pointer
+    // (rich text: the name in bold, a coloured square, the code and a note, wrapped);
+    // leaving fades it.
+    void appearsReplacesAndFades()
     {
-        const QPoint pointer = swatchCentre(0);
+        QPoint pointer = swatchCentre(0);
         QElapsedTimer sinceMove;
         sinceMove.start();
         movePointer(pointer);
@@ -91,26 +94,12 @@ private Q_SLOTS:
         QCOMPARE(tip()->attributedString().toPlainText(), QStringLiteral("Ivory #fffff0"));
         QCOMPARE(tip()->pos(), expectedPosition(pointer));
         QVERIFY(tip()->width() > 0 && tip()->height() > 6);
-    }
 
-    void differentSwatchReplacesAtThePointer()
-    {
-        QVERIFY(tip()->isShown());
-        const QPoint pointer = swatchCentre(1) + QPoint(3, 2);
-        movePointer(pointer);
-        // Rich text: its name in bold, a coloured square, the code and a note.
+        movePointer(pointer = swatchCentre(1) + QPoint(3, 2));
         QVERIFY(QTest::qWaitFor([this] { return tip()->attributedString().toPlainText().startsWith(QStringLiteral("Saffron ")); }, 3000));
-        QVERIFY(tip()->isShown());
+        QVERIFY(tip()->isShown() && tip()->width() <= 100);
         QCOMPARE(tip()->pos(), expectedPosition(pointer));
-        QVERIFY(tip()->width() <= 100); // rich text wraps
-    }
 
-    void leavingFades()
-    {
-        const QPoint pointer = swatchCentre(2);
-        movePointer(pointer);
-        QVERIFY(QTest::qWaitFor([this] { return tip()->attributedString().toPlainText() == QStringLiteral("Vermilion #e34234"); }, 3000));
-        QCOMPARE(tip()->pos(), expectedPosition(pointer));
         movePointer(page->mapToGlobal(QPoint(650, 450)));
         QVERIFY(QTest::qWaitFor([this] { return tip()->isFading() || !tip()->isVisible(); }, 4000));
         QVERIFY(!tip()->isShown());
