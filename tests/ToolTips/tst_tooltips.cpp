@@ -374,6 +374,37 @@ private Q_SLOTS:
         QCOMPARE(window.attributedString().toPlainText(), rich ? QStringLiteral("Bold and italic") : text);
     }
 
+    // A plain string replaces the text in place when it can: the result must
+    // be the document a plain fragment gives, whatever was shown before.
+    void plainStringAsPlainFragment_data()
+    {
+        QTest::addColumn<QString>("before"); // HTML; empty: an earlier plain string
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<bool>("wrap");
+        const QString longText = QStringLiteral("word ").repeated(40);
+        QTest::newRow("two lines") << QString() << QStringLiteral("one\ntwo") << true;
+        QTest::newRow("long, wrapped") << QString() << longText << true;
+        QTest::newRow("long, one line") << QString() << longText << false;
+        QTest::newRow("after a bold list") << QStringLiteral("<ul><li><b>bold</b></li></ul>") << QStringLiteral("plain") << true;
+        QTest::newRow("after a table") << QStringLiteral("<table><tr><td>cell</td></tr></table>") << QStringLiteral("plain") << true;
+        QTest::newRow("after big centred text") << QStringLiteral("<p align=center><span style='font-size:30pt'>big</span></p>")
+                                                << QStringLiteral("a\nb") << true;
+    }
+    void plainStringAsPlainFragment()
+    {
+        QFETCH(QString, before);
+        QFETCH(QString, text);
+        QFETCH(bool, wrap);
+        ToolTipWindow_ZL reused;
+        before.isEmpty() ? reused.setString(QStringLiteral("earlier text"), wrap)
+                         : reused.setAttributedString(QTextDocumentFragment::fromHtml(before), true);
+        reused.setString(text, wrap);
+        ToolTipWindow_ZL fresh;
+        fresh.setAttributedString(QTextDocumentFragment::fromPlainText(text), wrap);
+        QCOMPARE(reused.size(), fresh.size());
+        QCOMPARE(reused.textView()->document()->toHtml(), fresh.textView()->document()->toHtml());
+    }
+
     // Pale yellow with a black frame at a third, unless a subclass paints its own background.
     void painting()
     {
