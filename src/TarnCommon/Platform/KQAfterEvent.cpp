@@ -57,6 +57,9 @@ KQAfterEventNotifier *KQAfterEventNotifier::instance()
 
 void KQAfterEventNotifier::post(QEvent *event)
 {
+    // Blocking the notifier's signals silences every observer, hooks too.
+    if (signalsBlocked())
+        return;
     ++d->posting;
     // Indexed, as a hook may add or remove hooks.
     for (size_t i = 0; i < d->hooks.size(); ++i) {

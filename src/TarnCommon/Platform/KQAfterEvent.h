@@ -49,7 +49,8 @@ public:
 
     /*!
         Emits afterEventSent() with \a event, directly, to every observer.
-        A null \a event is passed on as it is.
+        A null \a event is passed on as it is. While the notifier's signals
+        are blocked (QObject::blockSignals()) nothing is told.
     */
     void post(QEvent *event);
 
