@@ -690,12 +690,113 @@ private Q_SLOTS:
     }
 };
 
+// The tree as an automation client holding it sees it change; the end-to-end
+// run reads it only once. The switch is read once per process, so these run
+// apart (--accessibility).
+class tst_TabViewAccessibility : public QObject
+{
+    Q_OBJECT
+
+    std::unique_ptr<KQTabView> m_view;
+
+    KQTabView *makeTabView()
+    {
+        m_view = std::make_unique<KQTabView>();
+        m_view->setGeometry(100, 100, 200, 100);
+        m_view->setTabs({makeTab(m_view.get(), 1, QStringLiteral("Alpha")), makeTab(m_view.get(), 2, QStringLiteral("Beta")),
+                         makeTab(m_view.get(), 3, QStringLiteral("Gamma"))});
+        m_view->show();
+        return QTest::qWaitForWindowExposed(m_view.get()) ? m_view.get() : nullptr;
+    }
+    static QAccessibleInterface *groupOf(KQTabView *view)
+    {
+        QAccessibleInterface *iface = QAccessible::queryAccessibleInterface(view);
+        return iface && iface->childCount() > 0 ? iface->child(iface->childCount() - 1) : nullptr;
+    }
+
+private Q_SLOTS:
+    void initTestCase()
+    {
+        KQSettings::enableTestMode();
+        KQSettings::userDefaults()->setValue(QStringLiteral("enableScriptingAutomationTesting"), true);
+        QVERIFY(KQAccessibility::validForAutomateTesting());
+    }
+    void cleanup() { m_view.reset(); }
+
+    void keptCurrent_data()
+    {
+        QTest::addColumn<QString>("change");
+        QTest::addColumn<QStringList>("buttons");
+        QTest::newRow("tooltip renamed") << "rename" << QStringList{"Renamed", "Beta", "Gamma"};
+        QTest::newRow("tab hidden") << "hide" << QStringList{"Alpha", "Gamma"};
+        QTest::newRow("tab shown") << "show" << QStringList{"Beta", "Alpha", "Gamma"};
+        QTest::newRow("widget replaced") << "replace" << QStringList{"Alpha", "Beta", "Gamma"};
+        QTest::newRow("tabs set: a new group") << "set" << QStringList{"Gamma", "Alpha"};
+        QTest::newRow("every tab hidden: last children kept") << "hide all" << QStringList{"Gamma"};
+    }
+    void keptCurrent()
+    {
+        QFETCH(QString, change);
+        QFETCH(QStringList, buttons);
+        KQTabView *view = makeTabView();
+        QVERIFY(view);
+        QAccessibleInterface *iface = QAccessible::queryAccessibleInterface(view);
+        const QAccessible::Id oldGroup = QAccessible::uniqueId(groupOf(view));
+        const int children = iface->childCount();
+        const QList<KQTab *> tabs = view->tabs();
+        const QPointer<QWidget> replaced = tabs.at(0)->view();
+        if (change == QLatin1String("rename")) {
+            tabs.at(0)->setIconTooltip(QStringLiteral("Renamed"));
+        } else if (change == QLatin1String("replace")) {
+            tabs.at(0)->setView(new QWidget);
+        } else if (change == QLatin1String("set")) {
+            view->setTabs({tabs.at(2), tabs.at(0)});
+        } else {
+            for (qint64 tag : change == QLatin1String("hide all") ? QList<qint64>{1, 2, 3} : QList<qint64>{2})
+                view->hideTab(tag);
+            if (change == QLatin1String("show"))
+                view->showTab(2, 0);
+        }
+        KQAccessibilityNode *group = view->kqAccessibilityTabView()->groupAccessbility();
+        QStringList names;
+        for (QAccessibleInterface *child : group->accessibilityChildren())
+            names << child->text(QAccessible::Name);
+        QCOMPARE(names, buttons);
+        for (qsizetype i = 0; i < view->tabs().size(); ++i)
+            QCOMPARE(group->child(int(i))->object(), view->tabs().at(i)->view());
+        QCOMPARE(QAccessible::uniqueId(groupOf(view)) != oldGroup, change == QLatin1String("set"));
+        QCOMPARE(iface->childCount(), children); // replaced, never added
+        if (change == QLatin1String("replace"))
+            delete replaced; // the caller's again
+    }
+
+    void destroyedTabViewLeavesNoDanglingNodes()
+    {
+        KQTabView *view = makeTabView();
+        QVERIFY(view);
+        QAccessibleInterface *group = groupOf(view);
+        const QAccessible::Id groupId = QAccessible::uniqueId(group);
+        const QAccessible::Id buttonId = QAccessible::uniqueId(group->child(0));
+        delete view->tabs().at(1);
+        QCOMPARE(groupOf(view)->childCount(), 2);
+        m_view.reset();
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        QCOMPARE(QAccessible::accessibleInterface(groupId), nullptr);
+        QCOMPARE(QAccessible::accessibleInterface(buttonId), nullptr);
+    }
+};
+
 int main(int argc, char *argv[])
 {
     QApplication application(argc, argv);
     QApplication::setAttribute(Qt::AA_Use96Dpi, true);
+    QStringList arguments = QApplication::arguments();
+    if (arguments.removeAll(QStringLiteral("--accessibility")) > 0) {
+        tst_TabViewAccessibility test;
+        return QTest::qExec(&test, arguments);
+    }
     tst_TabView test;
-    return QTest::qExec(&test, argc, argv);
+    return QTest::qExec(&test, arguments);
 }
 
 #include "tst_tabview.moc"
