@@ -1,5 +1,4 @@
-// A number passes through the C varargs of a QString format; a QString
-// argument must be refused by the compiler (built with REFUSED defined).
+// Built twice: a number passes a QString format's varargs; a QString (REFUSED) must not compile.
 #include <TarnCommon/KQLog.h>
 
 void logName(const QString &name)
