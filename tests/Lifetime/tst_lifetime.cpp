@@ -1,9 +1,6 @@
-// Every participant of the interactive components destroyed at an awkward
-// moment (mid-animation, with a timer pending, inside its own delegate message,
-// during a drag, while a tooltip fades): the survivors carry on and nothing is
-// reported; the sanitizer build adds that nothing freed is read and nothing
-// leaks. Then bad input from outside: damaged or unwritable settings, a screen
-// that goes away, an application that quits mid-animation.
+// Participants of the interactive components destroyed at awkward moments: the
+// survivors carry on and nothing is reported (the sanitizer build adds that nothing
+// freed is read). Then damaged or unwritable settings, a lost screen, a quit mid-animation.
 #include "MessageCapture.h"
 #include "ToolTipController_ZL_p.h"
 #include "ToolTipTiming_ZL_p.h"
@@ -11,18 +8,11 @@
 #include <TarnCommon/KQApplication.h>
 #include <TarnCommon/TarnCommon.h>
 
-#include <QtCore/QDir>
-#include <QtCore/QJsonArray>
-#include <QtCore/QJsonObject>
-#include <QtCore/QTimer>
-#include <QtCore/QVariantAnimation>
 #include <QtGui/QScreen>
-#include <QtTest/QTest>
+#include <QtTest/QtTest>
 #include <qpa/qplatformnativeinterface.h>
 
-#include <algorithm>
 #include <cstdio>
-#include <functional>
 #include <map>
 #include <optional>
 
@@ -39,43 +29,33 @@ void fire(const char *message)
 // Takes every running animation under root to its end, as the clock would.
 void finishAnimations(QObject *root)
 {
-    QList<QPointer<QVariantAnimation>> animations;
-    for (QVariantAnimation *animation : root ? root->findChildren<QVariantAnimation *>() : QList<QVariantAnimation *>())
-        animations.append(animation);
-    for (const QPointer<QVariantAnimation> &animation : animations)
+    const QList<QVariantAnimation *> found = root ? root->findChildren<QVariantAnimation *>() : QList<QVariantAnimation *>();
+    for (const QPointer<QVariantAnimation> &animation : QList<QPointer<QVariantAnimation>>(found.cbegin(), found.cend()))
         if (animation && animation->state() == QAbstractAnimation::Running)
             animation->setCurrentTime(animation->totalDuration());
 }
 
-// Every victim at every moment, then the extra pairs.
-void addRows(std::initializer_list<const char *> victims, std::initializer_list<const char *> moments,
-             std::initializer_list<std::pair<const char *, const char *>> extra = {})
+// Every victim at every moment.
+void addRows(std::initializer_list<const char *> victims, std::initializer_list<const char *> moments)
 {
     QTest::addColumn<QByteArray>("victim");
     QTest::addColumn<QByteArray>("moment");
     for (const char *victim : victims)
         for (const char *moment : moments)
             QTest::addRow("%s, %s", victim, moment) << QByteArray(victim) << QByteArray(moment);
-    for (const auto &[victim, moment] : extra)
-        QTest::addRow("%s, %s", victim, moment) << QByteArray(victim) << QByteArray(moment);
 }
 
 // Keeps the first count of the offscreen platform's screens as configured at start.
 bool keepScreens(qsizetype count)
 {
     QPlatformNativeInterface *native = QGuiApplication::platformNativeInterface();
-    using Get = QJsonObject (*)(QPlatformNativeInterface *);
-    using Set = void (*)(const QJsonObject &, QPlatformNativeInterface *);
-    auto get = native ? reinterpret_cast<Get>(native->nativeResourceForIntegration("configuration")) : nullptr;
-    auto set = native ? reinterpret_cast<Set>(native->nativeResourceForIntegration("setConfiguration")) : nullptr;
+    const auto get = reinterpret_cast<QJsonObject (*)(QPlatformNativeInterface *)>(native->nativeResourceForIntegration("configuration"));
+    const auto set = reinterpret_cast<void (*)(const QJsonObject &, QPlatformNativeInterface *)>(native->nativeResourceForIntegration("setConfiguration"));
     if (!get || !set)
         return false;
-    static const QJsonArray all = get(native).value(QStringLiteral("screens")).toArray();
+    static const QVariantList all = get(native).value(QStringLiteral("screens")).toArray().toVariantList();
     QJsonObject configuration = get(native);
-    QJsonArray kept;
-    for (qsizetype i = 0; i < count && i < all.size(); ++i)
-        kept.append(all[i]);
-    configuration[QStringLiteral("screens")] = kept;
+    configuration[QStringLiteral("screens")] = QJsonArray::fromVariantList(all.mid(0, count));
     set(configuration, native);
     QCoreApplication::processEvents();
     return QGuiApplication::screens().size() == count;
@@ -97,7 +77,6 @@ class HookOwner : public QObject, public KQInspectorFocusOwner
 public:
     explicit HookOwner(QObject *parent) : QObject(parent), mode(new HookMode(this)) {}
     QPointer<KQInspectorMode> mode;
-    Q_INVOKABLE QObject *inspectorFocusOwner() { return this; }
     KQInspectorMode *willGainFocusOfInspector(KQInspectorWindow *) override
     {
         const QPointer<HookOwner> self(this);
@@ -132,24 +111,17 @@ public:
     }
 };
 
-// A widget answering its own name as its tooltip, filling a window of its own at (100, 100).
+// A widget answering the tooltip "tip" wherever it is asked.
 class HookAnswering : public QWidget, public ToolTipping_ZL
 {
     Q_OBJECT
     Q_INTERFACES(ToolTipping_ZL)
 public:
-    explicit HookAnswering(const char *name) : QWidget(new QWidget)
-    {
-        setObjectName(QLatin1String(name));
-        window()->setGeometry(100, 100, 300, 200);
-        setGeometry(0, 0, 300, 200);
-        window()->show();
-    }
+    using QWidget::QWidget;
     QVariant toolTipAtPoint(QPointF, bool *) override
     {
-        const QVariant answer = objectName();
         fire("in answer");
-        return answer;
+        return QStringLiteral("tip");
     }
 };
 
@@ -158,12 +130,8 @@ public:
 // saved, and all the library made is gone with the application object.
 int quitMidAnimation(int argc, char *argv[])
 {
-    const auto fail = [](const char *what) {
-        std::fprintf(stderr, "%s\n", what);
-        return 1;
-    };
-    QList<QPointer<QObject>> made; // the shared objects and the animation
-    QPointer<QVariantAnimation> animation;
+    QList<QPointer<QObject>> made; // the shared objects, then the animation
+    bool running = false;
     QStringList saved;
     {
         KQApplication application(argc, argv);
@@ -173,7 +141,6 @@ int quitMidAnimation(int argc, char *argv[])
         controller->startup();
         controller->toolTipWindow()->setString(QStringLiteral("shown at exit"), true);
         controller->toolTipWindow()->show();
-        made = {KQInspectorWindow::sharedInspectorWindow(), controller, controller->toolTipWindow()};
         KQCollapsibleListView list(QRect(100, 100, 200, 300));
         auto *view = new KQCollapsibleView(QStringLiteral("Details"), new QWidget, true, false);
         list.addCollapsableView(view);
@@ -181,19 +148,17 @@ int quitMidAnimation(int argc, char *argv[])
         list.show();
         QTimer::singleShot(0, view, [&] {
             view->setCollapsed(true, true);
-            animation = view->currentAnimation();
+            made = {KQInspectorWindow::sharedInspectorWindow(), controller, controller->toolTipWindow(), view->currentAnimation()};
             QCoreApplication::quit();
         });
         application.exec();
-        if (!animation || animation->state() != QAbstractAnimation::Running)
-            return fail("the collapse animation was not running at the quit");
-        made.append(animation.data());
+        const auto *animation = qobject_cast<QVariantAnimation *>(made.value(3).data());
+        running = animation && animation->state() == QAbstractAnimation::Running;
         saved = KQSettings::userDefaults()->value(QStringLiteral("QuitList")).toStringList();
     }
-    if (saved != QStringList{QStringLiteral("Details")})
-        return fail("the collapsed view was not saved at the quit");
     const bool outlived = std::any_of(made.cbegin(), made.cend(), [](const QPointer<QObject> &object) { return object; });
-    return outlived ? fail("a shared object or the animation outlived the application") : 0;
+    std::fprintf(stderr, "running at the quit: %d, saved: %s, outlived: %d\n", running, qPrintable(saved.join(u',')), outlived);
+    return running && saved == QStringList{QStringLiteral("Details")} && !outlived ? 0 : 1;
 }
 
 } // namespace
@@ -249,9 +214,9 @@ private Q_SLOTS:
 
     void inspector_data()
     {
-        addRows({"mode", "owner", "document"}, {"shown", "in willGain", "in didGain", "in willShow"},
-                {{"inspector", "shown"}, {"inspector", "frame save pending"}, {"inspector", "refresh pending"},
-                 {"document", "refresh pending"}});
+        addRows({"mode", "owner", "document"}, {"shown", "in willGain", "in didGain", "in willShow"});
+        QTest::newRow("inspector, shown") << QByteArray("inspector") << QByteArray("shown");
+        QTest::newRow("inspector, frame save pending") << QByteArray("inspector") << QByteArray("frame save pending");
     }
 
     void inspector()
@@ -259,37 +224,22 @@ private Q_SLOTS:
         QPointer<QWidget> document = new QWidget;
         QPointer<HookOwner> owner = new HookOwner(document);
         QPointer<KQInspectorWindow> inspector = new KQInspectorWindow;
-        inspector->setClock([this] { return now; });
         inspector->setFrameAutosaveName(QStringLiteral("LifetimeInspector"));
         document->show();
         QVERIFY(QTest::qWaitForWindowExposed(document));
-        fetchRow({{"mode", owner->mode.data()}, {"owner", owner.data()}, {"document", document.data()},
-                  {"inspector", inspector.data()}});
+        fetchRow({{"mode", owner->mode.data()}, {"owner", owner.data()}, {"document", document.data()}, {"inspector", inspector.data()}});
         inspector->orderFont();
         inspector->setFocusOwner(owner);
-        if (moment == "refresh pending") {
-            inspector->setFocusOwner(nullptr);
-            auto *empty = qobject_cast<KQEmptyInspectorMode *>(inspector->mode());
-            QVERIFY(empty && empty->refreshTimer()->isActive());
-            const QPointer<QTimer> refresh = empty->refreshTimer();
-            kill();
-            QVERIFY(!refresh || QMetaObject::invokeMethod(refresh, "timeout"));
-        } else if (moment == "frame save pending") {
+        if (moment == "frame save pending")
             inspector->move(inspector->pos() + QPoint(7, 5));
-            QVERIFY(inspector->hasUnsavedFrame());
-        }
         QVERIFY(victimGone());
         if (!inspector && moment == "frame save pending") // its last frame was kept on the way out
-            QVERIFY(!KQSettings::userDefaults()->value(QStringLiteral("LifetimeInspector")).toByteArray().isEmpty());
-        if (inspector) {
-            now += 1;
-            inspector->poll();
-            QVERIFY(!inspector->hasUnsavedFrame());
+            QVERIFY(KQSettings::userDefaults()->contains(QStringLiteral("LifetimeInspector")));
+        if (inspector) { // it carries on: a new owner brings its mode in
             QVERIFY(owner || !inspector->focusOwner());
-            auto *next = new HookOwner(inspector); // it carries on: a new owner brings its mode in
+            auto *next = new HookOwner(inspector);
             inspector->setFocusOwner(next);
-            QCOMPARE(inspector->mode(), next->mode.data());
-            QVERIFY(inspector->mode()->view()->isVisibleTo(inspector));
+            QVERIFY(next->mode->view()->isVisibleTo(inspector));
         }
     }
 
@@ -308,14 +258,11 @@ private Q_SLOTS:
         tabView->setDelegate(delegate);
         window.show();
         QVERIFY(QTest::qWaitForWindowExposed(&window));
-        const auto cell = [&](int i) {
-            const auto cells = tabView->tabRectsForTabBarRect(KQTabView::tabBarRectForBounds(QRectF(tabView->rect())));
-            return cells.value(i < 0 ? cells.size() - 1 : i).center().toPoint();
-        };
+        const auto cells = tabView->tabRectsForTabBarRect(KQTabView::tabBarRectForBounds(QRectF(tabView->rect())));
         fetchRow({{"delegate", delegate.data()}, {"target tab", tabs[1]}, {"selected tab", tabs[0]},
                   {"content", tabs[0]->view()}, {"tab view", tabView.data()}});
-        const QPoint target = cell(1);
-        QTest::mousePress(tabView, Qt::LeftButton, {}, cell(2)); // the third tab, dragged onto the target
+        const QPoint target = cells[1].center().toPoint();
+        QTest::mousePress(tabView, Qt::LeftButton, {}, cells[2].center().toPoint()); // the third tab, dragged onto the target
         QTest::mouseMove(tabView, target);
         if (moment == "drag") {
             QCOMPARE(tabView->pressedDownTab(), tabs[1]);
@@ -324,12 +271,10 @@ private Q_SLOTS:
         // Released on the window when the tab view went (the button must not stay down).
         QTest::mouseRelease(tabView ? static_cast<QWidget *>(tabView) : &window, Qt::LeftButton, {}, target);
         QVERIFY(victimGone());
-        if (tabView) {
-            QVERIFY(!tabView->tabs().contains(nullptr));
-            QVERIFY(!tabView->selectedTab() || tabView->tabs().contains(tabView->selectedTab()));
-            QCOMPARE(tabView->pressedDownTab(), nullptr);
-            QTest::mouseClick(tabView, Qt::LeftButton, {}, cell(-1)); // a click on the last tab still selects it
-            QCOMPARE(tabView->selectedTab(), tabView->tabs().constLast());
+        if (tabView) { // a click on the first tab still selects it
+            QVERIFY(!tabView->tabs().contains(nullptr) && !tabView->pressedDownTab());
+            QTest::mouseClick(tabView, Qt::LeftButton, {}, cells[0].center().toPoint());
+            QCOMPARE(tabView->selectedTab(), tabView->tabs().constFirst());
         }
     }
 
@@ -356,7 +301,6 @@ private Q_SLOTS:
                   {"list", list.data()}, {"list delegate", listDelegate.data()}});
         view->setCollapsed(true, true);
         if (moment == "mid-animation") {
-            QVERIFY(view->currentAnimation());
             view->currentAnimation()->setCurrentTime(KQCollapsibleView::AnimationDurationMs / 2);
             kill();
         }
@@ -364,17 +308,13 @@ private Q_SLOTS:
         QVERIFY(victimGone());
         if (!list) // it kept its state on the way out
             QCOMPARE(KQSettings::userDefaults()->value(QStringLiteral("LifetimeList")).toStringList(), QStringList{QStringLiteral("A")});
-        if (list) {
+        if (list) { // unblocked, the survivors stacked without gaps
             QVERIFY(!list->isLayoutBlocked());
-            int bottom = 0; // the survivors are stacked without gaps, and still collapse
+            int bottom = 0;
             for (KQCollapsibleView *survivor : list->collapsableViews()) {
                 QCOMPARE(survivor->y(), bottom);
                 bottom += survivor->height();
             }
-            KQCollapsibleView *last = list->collapsableViews().constLast();
-            last->setCollapsed(true, true);
-            finishAnimations(list);
-            QCOMPARE(last->height(), int(KQCollapsibleView::HeaderHeight));
         }
     }
 
@@ -382,39 +322,35 @@ private Q_SLOTS:
 
     void toolTips()
     {
-        auto *answering = new HookAnswering("first");
-        QPointer<QWidget> window = answering->window();
-        QVERIFY(QTest::qWaitForWindowExposed(window));
+        QPointer<QWidget> window = new QWidget;
+        window->setGeometry(100, 100, 300, 200);
+        auto *answering = new HookAnswering(window);
+        answering->resize(300, 200);
+        window->show();
         QPointer<ToolTipController_ZL> controller = new ToolTipController_ZL;
         KQToolTipRules::ToolTipControllerTiming(controller).setClock([this] { return now; });
         KQToolTipRules::ToolTipControllerTiming(controller).setPointerLocation([] { return QPointF(150, 160); });
         controller->startup();
         QPointer<ToolTipWindow_ZL> tip = controller->toolTipWindow();
-        fetchRow({{"answering widget", answering}, {"window", window.data()}, {"tooltip window", tip.data()},
-                  {"controller", controller.data()}});
+        fetchRow({{"answering widget", answering}, {"window", window.data()}, {"tooltip window", tip.data()}, {"controller", controller.data()}});
         const auto poll = [&](double seconds) {
             now += seconds;
             if (controller)
                 controller->poll();
         };
-        const auto moveTo = [&](QPoint at) { // away first: a move to where the last row left the pointer is none
-            QTest::mouseMove(window, QPoint(10, 10));
-            QTest::mouseMove(window, at);
-            poll(0.5);
-        };
-        moveTo(QPoint(50, 60));
-        if (moment == "rest pending") {
-            QVERIFY(!tip->isVisible());
+        QVERIFY(QTest::qWaitForWindowExposed(window));
+        QTest::mouseMove(window, QPoint(10, 10)); // away first: a move to where the last row left the pointer is none
+        QTest::mouseMove(window, QPoint(50, 60));
+        poll(0.5);
+        if (moment == "rest pending")
             kill();
-        }
         poll(0.6);
         if (moment == "shown" || moment == "fading") {
             QVERIFY(tip->isShown());
             if (moment == "fading") {
                 tip->hide(true);
-                auto *fade = tip->findChild<QVariantAnimation *>();
-                QVERIFY(tip->isFading() && fade);
-                fade->setCurrentTime(ToolTipWindow_ZL::fadeDuration / 2);
+                QVERIFY(tip->isFading());
+                tip->findChild<QVariantAnimation *>()->setCurrentTime(ToolTipWindow_ZL::fadeDuration / 2);
             }
             kill();
         }
@@ -422,47 +358,36 @@ private Q_SLOTS:
         for (int i = 0; i < 4; ++i)
             poll(0.5);
         QVERIFY(victimGone());
-        if (controller) { // it carries on: a new answer under the resting pointer shows
-            delete window.data();
-            cast["window"] = window = (new HookAnswering("second"))->window();
-            QVERIFY(QTest::qWaitForWindowExposed(window));
-            moveTo(QPoint(60, 70));
-            poll(0.6);
-            QVERIFY(controller->toolTipWindow() && controller->toolTipWindow()->isShown());
-            QCOMPARE(controller->toolTipWindow()->attributedString().toPlainText(), QStringLiteral("second"));
-        }
     }
 
+    // Both readers in each row: the list's collapsed titles and the inspector's frame.
     void settings_data()
     {
-        QTest::addColumn<QString>("key"); // none: a folder stands in the file's place, which no permission lets through
-        QTest::addColumn<QVariant>("stored");
-        QTest::addColumn<QByteArrayList>("reports"); // parts the report holds; none for no report
-        const QString list = QStringLiteral("LifetimeList"), frame = QStringLiteral("LifetimeInspector");
-        const QByteArrayList notList{"is not a list of titles"}, damaged{"is damaged"};
-        QTest::newRow("list: a number") << list << QVariant(42) << notList;
-        QTest::newRow("list: mixed entries") << list << QVariant(QVariantList{QStringLiteral("A"), 7, QVariantMap{}}) << notList;
-        QTest::newRow("list: 100000 titles") << list << QVariant(QStringList(100000, QStringLiteral("x"))) << QByteArrayList();
-        QTest::newRow("list: a 4 MB title") << list << QVariant(QString(4 << 20, QLatin1Char('A'))) << QByteArrayList();
-        QTest::newRow("frame: text") << frame << QVariant(QStringLiteral("100 100 300 300")) << damaged;
-        QTest::newRow("frame: random bytes") << frame << QVariant(QByteArray(64, '\xff')) << damaged;
-        QTest::newRow("frame: 1 MB of bytes") << frame << QVariant(QByteArray(1 << 20, '\x01')) << damaged;
-        QTest::newRow("file not writable") << QString() << QVariant()
-                                           << QByteArrayList{"\"LifetimeList\" could not be saved",
-                                                             "\"LifetimeInspector\" could not be saved"};
+        QTest::addColumn<QVariant>("titles"); // invalid: a folder stands in the file's place
+        QTest::addColumn<QVariant>("frame");
+        QTest::addColumn<QByteArrayList>("reports"); // parts the report holds
+        const QByteArray notList = "is not a list of titles", damaged = "is damaged";
+        QTest::newRow("foreign") << QVariant(42) << QVariant(QStringLiteral("100 100 300 300")) << QByteArrayList{notList, damaged};
+        QTest::newRow("corrupt") << QVariant(QVariantList{QStringLiteral("A"), 7, QVariantMap{}}) << QVariant(QByteArray(64, '\xff'))
+                                 << QByteArrayList{notList, damaged};
+        QTest::newRow("oversized") << QVariant(QStringList(100000, QStringLiteral("x"))) << QVariant(QByteArray(1 << 20, '\x01'))
+                                   << QByteArrayList{damaged};
+        QTest::newRow("file not writable") << QVariant() << QVariant()
+                                           << QByteArrayList{"\"LifetimeList\" could not be saved", "\"LifetimeInspector\" could not be saved"};
     }
 
     void settings()
     {
-        QFETCH(QString, key);
-        QFETCH(QVariant, stored);
+        QFETCH(QVariant, titles);
+        QFETCH(QVariant, frame);
         QFETCH(QByteArrayList, reports);
         const QString path = KQSettings::userDefaults()->fileName();
-        if (key.isEmpty()) {
+        if (!titles.isValid()) {
             QFile::remove(path);
             QVERIFY(QDir().mkpath(path));
         } else {
-            KQSettings::userDefaults()->setValue(key, stored);
+            KQSettings::userDefaults()->setValue(QStringLiteral("LifetimeList"), titles);
+            KQSettings::userDefaults()->setValue(QStringLiteral("LifetimeInspector"), frame);
         }
         MessageCapture capture;
         {
@@ -474,55 +399,33 @@ private Q_SLOTS:
             inspector.setFrameAutosaveName(QStringLiteral("LifetimeInspector"));
             // Neutral results: the inspector keeps its frame, the list its views.
             QCOMPARE(inspector.geometry(), frameBefore);
-            QCOMPARE(list.collapsableViews().size(), 1);
-            QCOMPARE(list.collapsableViews()[0]->isCollapsed(), stored.typeId() == QMetaType::QVariantList);
+            QCOMPARE(list.collapsableViews()[0]->isCollapsed(), titles.typeId() == QMetaType::QVariantList);
             list.collapsableViews()[0]->setCollapsed(true, false);
             list.saveToAutosaveName();
             inspector.saveFrameNow();
         }
         const QByteArray text = capture.text();
-        QVERIFY(!key.isEmpty() || QDir(path).removeRecursively());
-        QVERIFY2(reports.isEmpty() == text.isEmpty(), text.constData());
+        QVERIFY(titles.isValid() || QDir(path).removeRecursively());
         for (const QByteArray &part : reports)
             QVERIFY2(text.contains(part), text.constData());
     }
 
-    void screenRemoved_data()
-    {
-        QTest::addColumn<QByteArray>("what");
-        for (const char *what : {"inspector", "tooltip", "collapsing list"})
-            QTest::newRow(what) << QByteArray(what);
-    }
-
+    // A list collapsing on a screen that goes away ends up on the one left, collapsed.
     void screenRemoved()
     {
-        QFETCH(QByteArray, what);
         QVERIFY(keepScreens(2));
         QScreen *second = QGuiApplication::screens()[1];
-        const QPoint inside = second->geometry().topLeft() + QPoint(50, 50);
-        KQInspectorWindow inspector;
-        inspector.move(inside);
-        ToolTipController_ZL controller;
-        controller.startup();
-        ToolTipWindow_ZL *tip = controller.toolTipWindow();
-        tip->setString(QStringLiteral("on the second screen"), true);
-        tip->positionAtMouseLocation(inside);
-        KQCollapsibleListView list(QRect(inside, QSize(200, 300)));
+        KQCollapsibleListView list(QRect(second->geometry().topLeft() + QPoint(50, 50), QSize(200, 300)));
         auto *view = new KQCollapsibleView(QStringLiteral("A"), new QWidget, true, false);
         list.addCollapsableView(view);
-        QWidget *shown = what == "inspector" ? &inspector : what == "tooltip" ? static_cast<QWidget *>(tip) : &list;
-        shown->show();
-        if (what == "tooltip")
-            tip->hide(true); // fading as its screen goes
-        if (what == "collapsing list")
-            view->setCollapsed(true, true); // animating as its screen goes
-        QVERIFY(QTest::qWaitForWindowExposed(shown));
-        QCOMPARE(shown->screen(), second);
+        list.show();
+        view->setCollapsed(true, true);
+        QVERIFY(QTest::qWaitForWindowExposed(&list));
+        QCOMPARE(list.screen(), second);
         QVERIFY(keepScreens(1));
-        QCOMPARE(shown->screen(), QGuiApplication::primaryScreen());
-        finishAnimations(shown);
-        QVERIFY(what != "collapsing list" || view->height() == int(KQCollapsibleView::HeaderHeight));
-        QVERIFY(what != "tooltip" || !controller.toolTipWindow() || !controller.toolTipWindow()->isVisible());
+        QCOMPARE(list.screen(), QGuiApplication::primaryScreen());
+        finishAnimations(&list);
+        QCOMPARE(view->height(), int(KQCollapsibleView::HeaderHeight));
     }
 };
 
