@@ -84,7 +84,7 @@ private Q_SLOTS:
         row("lighter by NaN", [] { return show(Get_RGB_Lighter_Colour_by_fraction({1000, 40000, 65535}, NaN)); }, "0 0 0");
         row("square: quarter down", [] { return show(Get_Color_in_2D_01_space(0, 0.25)); }, "65535 32767 32767");
         row("square: three quarters down", [] { return show(Get_Color_in_2D_01_space(0, 0.75)); }, "32767 0 0");
-        row("square: NaN counts as 0", [] { return show(Get_Color_in_2D_01_space(NaN, NaN)); }, "65535 65535 65535");
+        row("square: NaN and above 1 count as 0", [] { return show(Get_Color_in_2D_01_space(NaN, 1.5)); }, "65535 65535 65535");
         row("box: grey top is white", [] { return box(1, 1, 10, 8); }, "65535 65535 65535");
         row("box: hue inner cell", [] { return box(5, 7, 10, 8); }, "0 32454 56797");
         row("box: NaN dims", [] { return box(1, 1, 10, 8, NaN); }, "45874 45874 45874");
