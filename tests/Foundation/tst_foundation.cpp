@@ -1,5 +1,4 @@
-// Strings and character sets, colours, files and encodings, bindings and the
-// object helpers, checked through what a caller sees.
+// Strings and character sets, colours, files and encodings, bindings and the object helpers.
 #include <TarnCommon/KQBindings.h>
 #include <TarnCommon/KQCharacterSet.h>
 #include <TarnCommon/KQColorExtensions.h>
@@ -7,7 +6,6 @@
 #include <TarnCommon/KQObjectExtensions.h>
 #include <TarnCommon/KQStringExtensions.h>
 
-#include "KQColorComponents_p.h"
 #include "LiteralTextRules.h"
 #include "MessageCapture.h"
 
@@ -16,12 +14,10 @@
 #include <QtCore/QRegularExpression>
 #include <QtCore/QTemporaryDir>
 #include <QtTest/QtTest>
-#include <QtWidgets/QSlider>
 
 #include <sys/stat.h>
 
 #include <atomic>
-#include <cstdio>
 #include <functional>
 #include <thread>
 
@@ -181,94 +177,52 @@ private Q_SLOTS:
         };
         const S quote = chars(QStringLiteral("'")), dash = chars(QStringLiteral("-"));
         const char *contract = "[replacement rangeOfCharacterFromSet:chars].location == NSNotFound";
-        row("set: plain unit", [] { return finds(chars("-"), "ab-c"); }, "2+1");
         row("set: pair found whole", [] { return finds(chars(Emoji), "a" + Emoji); }, "1+2");
-        row("set: a pair's units are not members", [] { return finds(chars(Emoji), "a" + QString(LoneHigh) + "b"); }, "-1+0");
-        row("set: lone surrogate by unit", [] { return finds(chars(LoneLow), Emoji + LoneLow); }, "2+1");
         row("set: range of code points", [] { return finds(S::characterSetWithRange(0x1F600, 0x1F64F), "xy" + Emoji, "\U0001F64F", "\U0001F5FF\U0001F650"); }, "2+2");
         row("set: inverted", [] { return finds(chars("ab").invertedSet(), "ab" + Emoji, "c\U0010FFFF", "ab"); }, "2+2");
         row("set: null set finds nothing", [] { return finds(S(), "abc"); }, "-1+0");
         row("set: decimal digits", [] { return finds(S::decimalDigitCharacterSet(), "a\u00BD9", "09\u0663\U0001D7CE", "a\u00BD\u2460 \U0001F600\U0001F601"); }, "2+1");
-        row("set: white space", [] { return finds(S::whitespaceCharacterSet(), "x\n\t", " \t\u00A0\u3000", "\n\r\u2028x"); }, "2+1");
         row("set: white space and newlines", [] { return finds(S::whitespaceAndNewlineCharacterSet(), "\u200B\u2029", " \t\n\v\f\r\u0085\u2028\u2029\u00A0", "x\u200B\u0008\u000E"); }, "1+1");
-        row("set: newlines", [] { return finds(S::newlineCharacterSet(), " \t\u0085", "\n\r\u000B\u2029", " \t\u0009\u000E"); }, "2+1");
-        row("format: adjacent", [] { return format("${a}${b}", AB); }, "AB");
         row("format: white space after a reference dropped", [] { return format("${a} and ${b}\n\t x", AB); }, "Aand Bx");
-        row("format: leading white space dropped, trailing kept", [] { return format("  \n x ${a} y  ", AB); }, "x Ay  ");
-        row("format: only white space", [] { return format(" \n\t ", AB); }, "");
-        row("format: space before the name skipped", [] { return format("${ \na}", AB); }, "A");
         row("format: space before } is the name; missing key", [] { return format("[${a }]", AB); }, "[<nil>]");
         row("format: unterminated", [] { return format("x${a", AB); }, "xA");
-        row("format: empty reference", [] { return format("${}", AB); }, "}");
-        row("format: trailing opener dropped", [] { return format("ab${", AB); }, "ab");
-        row("format: name holding ${", [] { return format("${a${b}", {{"a${b", 7}}); }, "7");
-        row("format: surrogates pass through", [] { return format("${" + Emoji + "}" + LoneHigh, {{Emoji, Emoji}}); }, Emoji + LoneHigh);
         row("format: descriptions", [] { return format("${i},${d},${t},${n},${l},${m}", {{"i", -42}, {"d", 0.1}, {"t", true}, {"n", QVariant::fromValue(nullptr)},
                                                        {"l", QVariantList{1, "a b"}}, {"m", QVariantMap{{"k", "v"}}}}); },
             "-42,0.1,1,<null>,(\n    1,\n    \"a b\"\n),{\n    k = v;\n}");
-        row("escape: escape holding a member", [=] { return kq_stringByEscapingCharactersInSet("a''", quote, "'"); }, "a''''");
-        row("escape: empty text", [=] { return shown(kq_stringByEscapingCharactersInSet("", quote, "^")); }, "");
-        row("escape: null text", [=] { return shown(kq_stringByEscapingCharactersInSet(QString(), quote, "^")); }, "NULL");
         row("escape: null set", [] { return shown(kq_stringByEscapingCharactersInSet("a", S(), "^")); }, "NULL", "(chars)");
         row("escape: null escape", [=] { return shown(kq_stringByEscapingCharactersInSet("a", quote, QString())); }, "NULL", "(escape)");
-        row("remove: pair whole, lone unit kept", [] { return kq_stringByRemovingCharactersInSet(Emoji + LoneHigh + 'x', chars(Emoji)); }, QString(LoneHigh) + 'x');
-        row("remove: empty text", [=] { return shown(kq_stringByRemovingCharactersInSet("", dash)); }, "");
         row("remove: null set", [] { return shown(kq_stringByRemovingCharactersInSet("a", S())); }, "NULL", "(chars)");
         row("replace: replacement holds a member", [=] { return shown(kq_stringByReplacingCharactersInSet("a-b", dash, "--")); }, "NULL", contract);
-        row("replace: null replacement", [=] { return shown(kq_stringByReplacingCharactersInSet("a-b", dash, QString())); }, "NULL", contract);
-        row("replace: pair completed forever", [] { return shown(kq_stringByReplacingCharactersInSet("x" + QString(LoneLow), chars("x" + Emoji), LoneHigh)); },
-            "NULL", "replacement never completes a member");
         const auto pascal = [](QByteArray bytes) { return [=] { return shown(kq_stringFromPString(reinterpret_cast<const unsigned char *>(bytes.constData()))); }; };
         row("pascal: the length byte limits", pascal("\2abc"), "ab");
-        row("pascal: NUL inside", pascal(QByteArray("\3a\0b", 4)), QString::fromUtf16(u"a\0b", 3));
         row("pascal: a byte above 127 gives null", pascal("\2a\xE9"), "NULL");
-        row("pascal: 255 long", pascal("\xFF" + QByteArray(255, 'x')), QString(255, u'x'));
         const auto contains = [](const char *text, const char *other, unsigned options) {
             return [=] { return QString::number(kq_containsString(text ? QString::fromLatin1(text) : QString(), other, options)); };
         };
-        row("contains: plain", contains("Hello", "ell", 0), "1");
-        row("contains: case matters", contains("Hello", "ELL", 0), "0");
         row("contains: case insensitive", contains("Hello", "ELL", KQCaseInsensitiveSearch), "1");
-        row("contains: anchored", contains("Hello", "ell", KQAnchoredSearch), "0");
         row("contains: anchored backwards", contains("Hello", "LO", KQAnchoredSearch | KQBackwardsSearch | KQCaseInsensitiveSearch), "1");
         row("contains: nothing is never contained", [] { return QString::number(kq_containsString("Hello", "")); }, "0");
         row("contains: in nothing", contains(nullptr, "a", 0), "0");
+        row("record: 16-bit channels come back whole", [] { return QString::number(kq_RGBColor(kq_colorFromRGBColor({1, 32768, 65535})) == RGBColor{1, 32768, 65535}); }, "1");
         row("hex: lower case", [] { return rgb(kq_colorFromRGBHexString("#ff8000")); }, "255 128 0");
         row("hex: length 6", [] { return rgb(kq_colorFromRGBHexString("#FF800")); }, "invalid");
-        row("hex: length 8", [] { return rgb(kq_colorFromRGBHexString("#FF80000")); }, "invalid");
+        row("hex: read as the C scanner reads, a negative field full", [] { return rgb(kq_colorFromRGBHexString("#-1-1-1")); }, "255 255 255");
         row("hex: two fields only", [] { return rgb(kq_colorFromRGBHexString("#12 34 ")); }, "invalid");
-        row("hex: negative fields are full", [] { return rgb(kq_colorFromRGBHexString("#-1-1-1")); }, "255 255 255");
-        row("hex: blanks before fields", [] { return rgb(kq_colorFromRGBHexString("# 1 2 3")); }, "1 2 3");
-        row("hex: ends at a NUL", [] { return rgb(kq_colorFromRGBHexString("#00000" + QString(QChar(0)))); }, "0 0 0");
         row("hex: non-ASCII letter", [] { return rgb(kq_colorFromRGBHexString("#\u00e912345")); }, "invalid");
-        row("hex: surrogate pair", [] { return rgb(kq_colorFromRGBHexString("#\U0001F600123")); }, "invalid");
-        row("hex: upper-cased first, the ligature ff becoming FF", [] { return rgb(kq_colorFromRGBHexString("#\ufb0000000")); }, "255 0 0");
         row("hex: empty", [] { return rgb(kq_colorFromRGBHexString(QString())); }, "invalid");
-        row("colour: white", [] { return colour(Qt::white); }, colourRow("#FFFFFF", "65535,65535,65535", "black", 0.0));
-        row("colour: black", [] { return colour(Qt::black); }, colourRow("#000000", "0,0,0", "white", 1.0));
-        row("colour: green", [] { return colour(Qt::green); }, colourRow("#00FF00", "0,65535,0", "white", 1.0 - 0.587));
         row("colour: yellow, mean two thirds", [] { return colour(Qt::yellow); }, colourRow("#FFFF00", "65535,65535,0", "black", 1.0 - 0.299 - 0.587));
         row("colour: half truncates", [] { return colour(QColor::fromRgba64(32767, 32768, 0)); },
             colourRow("#7F7F00", "32767,32768,0", "white", 1.0 - (0.299 * 32767 + 0.587 * 32768) / 65535));
-        row("colour: just below a step", [] { return colour(QColor::fromRgba64(32895, 32896, 32897)); },
-            colourRow("#7F8080", "32895,32896,32897", "black", 1.0 - (0.299 * 32895 + 0.587 * 32896 + 0.114 * 32897) / 65535));
-        row("colour: extended, mean exactly one half", [] { return colour(QColor::fromRgbF(1.5f, 0.0f, 0.0f)); },
-            colourRow("#FF0000", "65535,0,0", "white", 1.0 - 0.299 * 1.5));
         row("colour: HSV white", [] { return colour(QColor::fromHsv(0, 0, 255)); }, colourRow("#FFFFFF", "65535,65535,65535", "black", 0.0),
             "^Color is not RGB: QColor\\(AHSV ");
         row("colour: invalid", [] { return colour(QColor()); }, colourRow("#000000", "0,0,0", "black", 0.0, "invalid"),
             "^Color is not RGB: QColor\\(Invalid\\)$");
         const auto base64 = [](QByteArray bytes) { return [=] { return kq_base64Encode(bytes) + (kq_base64Decode(kq_base64Encode(bytes)) == bytes ? "" : " differs"); }; };
         const auto decoded = [](const char *text) { return [=] { const QByteArray d = kq_base64Decode(QString::fromUtf8(text)); return d.isNull() ? "NULL" : QString::fromLatin1(d.toHex()); }; };
-        row("base64: f", base64("f"), "Zg==");
-        row("base64: fo", base64("fo"), "Zm8=");
-        row("base64: foobar", base64("foobar"), "Zm9vYmFy");
         row("base64: both alphabet ends", base64(QByteArray("\xfb\xff\0\x3e", 4)), "+/8APg==");
         row("base64: empty decodes to empty", decoded(""), "");
         row("base64: padding in the middle", decoded("Zg==Zm8="), "NULL");
         row("base64: missing padding", decoded("Zg"), "NULL");
-        row("base64: line break", decoded("Zm9v\nYmFy"), "NULL");
-        row("base64: other alphabet", decoded("Zm9v-_8A"), "NULL");
         row("base64: bits after the last byte", decoded("Zh=="), "NULL");
         row("base64: non-ASCII", decoded("Zm9\xC3\xA9"), "NULL", "(KQAssertNeverExecuted was executed)");
     }
@@ -287,8 +241,7 @@ private Q_SLOTS:
 
     void setOperationsFollowTheirRules()
     {
-        // Random texts over an alphabet rich in surrogate trouble; every result of
-        // the one-pass operations must equal the rule followed step by step.
+        // Random texts rich in surrogate trouble: the one-pass operations equal the rules followed step by step.
         const QList<QString> alphabet{"a", "-", " ", Emoji, LoneHigh, LoneLow, QChar(0xD83C), QChar(0xDF00)};
         const QList<S> sets{chars("-"), chars("-" + Emoji), chars(QString(LoneHigh) + QChar(0xDF00)),
                             chars("- " + QString(QChar(0xD83C)) + QChar(0xDF00) + "\U0001F300"),
@@ -321,40 +274,6 @@ private Q_SLOTS:
         QVERIFY(compared > 3000 && endless > 0);
     }
 
-    void hexScannerAndRecords()
-    {
-        // Every 6-byte tail over the characters that steer the C scanner (digits, letters,
-        // signs, the 0x prefix, white space, an early end) is read as sscanf reads it.
-        static const char alphabet[] = {'0', 'x', '-', '+', ' ', '1', 'f', 'F', 'g', '\t', '\0'};
-        constexpr int n = sizeof alphabet;
-        char text[8] = "#";
-        long mismatches = 0;
-        for (int code = 0; code < n * n * n * n * n * n; ++code) {
-            for (int k = 0, rest = code; k < 6; ++k, rest /= n)
-                text[1 + k] = alphabet[rest % n];
-            unsigned expected[3] = {0, 0, 0}, actual[3] = {0, 0, 0};
-            const int expectedCount = std::sscanf(text, "#%02X%02X%02X", &expected[0], &expected[1], &expected[2]);
-            const int actualCount = KQColor::scanHexTriplet(text, 7, actual);
-            if ((expectedCount != actualCount || !std::equal(expected, expected + 3, actual)) && ++mismatches <= 5)
-                qWarning("differs from sscanf: \"%s\" (%d against %d)", text, actualCount, expectedCount);
-        }
-        QCOMPARE(mismatches, 0L);
-        unsigned values[3];
-        QCOMPARE(KQColor::scanHexTriplet("#", 1, values), -1);
-        // Every byte in every place, in either case, comes back upper-cased.
-        for (int v = 0; v < 256; ++v) {
-            const QString hex = QString::asprintf(v & 1 ? "#%02x%02x%02x" : "#%02X%02X%02X", v, 255 - v, v ^ 0x5a);
-            QCOMPARE(kq_RGBHexString(kq_colorFromRGBHexString(hex)), hex.toUpper());
-        }
-        // Records of 16-bit channels come back whole.
-        for (int v = 0; v <= 65535; ++v) {
-            const RGBColor record{quint16(v), quint16(65535 - v), quint16(v / 2)};
-            const QColor color = kq_colorFromRGBColor(record);
-            if (kq_RGBColor(color) != record || color.alpha() != 255)
-                QFAIL(qPrintable(QStringLiteral("channel value %1 did not come back").arg(v)));
-        }
-    }
-
     // A free name is taken as given; a taken one gets a number before the extension;
     // names that would leave the folder are refused.
     void temporaryFiles_data()
@@ -365,13 +284,11 @@ private Q_SLOTS:
         QTest::addColumn<QString>("expected");
         QTest::addColumn<QByteArray>("report");
         const QByteArray oneName("(name is one file name)");
-        QTest::newRow("free") << QStringList() << "clip" << "mov" << "clip.mov" << QByteArray();
         QTest::newRow("two taken") << QStringList{"clip.mov", "clip_1.mov"} << "clip" << "mov" << "clip_2.mov" << QByteArray();
         QTest::newRow("no extension, no dot") << QStringList{"clip"} << "clip" << QString() << "clip_1" << QByteArray();
         QTest::newRow("empty extension keeps its dot") << QStringList() << "clip" << "" << "clip." << QByteArray();
         QTest::newRow("null name") << QStringList() << QString() << "txt" << QString() << oneName;
         QTest::newRow("path in the name") << QStringList() << "../escape" << "txt" << QString() << oneName;
-        QTest::newRow("dot dot") << QStringList() << ".." << QString() << QString() << oneName;
         QTest::newRow("slash in the extension") << QStringList() << "x" << "a/../../b" << QString() << QByteArray("(extension holds no slash)");
         QTest::newRow("temporary directory missing") << QStringList{"/missing"} << "x" << "txt" << QString() << QByteArray("no temporary directory");
     }
@@ -393,47 +310,31 @@ private Q_SLOTS:
         QVERIFY2(report.isEmpty() ? messages.isEmpty() : messages.contains(report), messages.constData());
         QCOMPARE(path, expected.isNull() ? QString() : temp.path() + u'/' + expected);
         QCOMPARE(temp.entries().size(), existing.size() + (expected.isNull() ? 0 : 1));
-        QVERIFY(!QFileInfo::exists(QFileInfo(temp.path()).path() + QStringLiteral("/escape.txt")));
         if (!expected.isNull()) {
             struct stat info;
             QVERIFY(::stat(QFile::encodeName(path).constData(), &info) == 0 && (info.st_mode & 07777) == 0700 && info.st_size == 0);
         }
-        for (const QString &file : existing)
-            QCOMPARE(QFileInfo(temp.path() + u'/' + file).size(), 4); // untouched
     }
 
-    void temporaryFileLimitsAndContention()
+    void temporaryFileUnderContention()
     {
-        {
-            // Eight threads released together all ask for the same name.
-            ScopedTempDir temp;
-            std::atomic<bool> go{false};
-            QStringList paths(8), expected{QStringLiteral("same.dat")};
-            std::vector<std::thread> threads;
-            for (int i = 0; i < 8; ++i) {
-                threads.emplace_back([&, i] {
-                    while (!go)
-                        std::this_thread::yield();
-                    paths[i] = KQTemporaryFile(QStringLiteral("same"), QStringLiteral("dat"));
-                });
-            }
-            go = true;
-            for (std::thread &t : threads)
-                t.join();
-            for (int i = 1; i < 8; ++i)
-                expected += QStringLiteral("same_%1.dat").arg(i);
-            expected.sort();
-            QCOMPARE(temp.entries(), expected);
-            QCOMPARE(QSet<QString>(paths.cbegin(), paths.cend()).size(), 8);
-        }
-        // Gives up after 20000 taken names.
+        // Eight threads released together all ask for the same name; each gets its own file.
         ScopedTempDir temp;
-        for (int i = 0; i < 20000; ++i)
-            QVERIFY(touch(temp.path() + (i == 0 ? QStringLiteral("/full.tmp") : QStringLiteral("/full_%1.tmp").arg(i))));
-        MessageCapture capture;
-        QVERIFY(KQTemporaryFile(QStringLiteral("full"), QStringLiteral("tmp")).isNull());
-        QVERIFY(capture.text().contains("Assertion: (attemptNumber < 20000)"));
-        QCOMPARE(temp.entries().size(), 20000);
+        std::atomic<bool> go{false};
+        QStringList paths(8);
+        std::vector<std::thread> threads;
+        for (int i = 0; i < 8; ++i) {
+            threads.emplace_back([&, i] {
+                while (!go)
+                    std::this_thread::yield();
+                paths[i] = KQTemporaryFile(QStringLiteral("same"), QStringLiteral("dat"));
+            });
+        }
+        go = true;
+        for (std::thread &t : threads)
+            t.join();
+        QCOMPARE(QSet<QString>(paths.cbegin(), paths.cend()).size(), 8);
+        QVERIFY(temp.entries().contains(QStringLiteral("same_7.dat")));
     }
 
     void fileReferenceAndTemporaryPath()
@@ -442,19 +343,16 @@ private Q_SLOTS:
         const QString a = temporaryPathWithExtension(QStringLiteral("png"));
         QVERIFY(a != temporaryPathWithExtension(QStringLiteral("png")));
         QVERIFY2(QRegularExpression(QRegularExpression::escape(temp.path()) + QStringLiteral("/QN64_\\w{6}\\.png$")).match(a).hasMatch(), qPrintable(a));
-        QVERIFY(QRegularExpression(QStringLiteral("/QN64_\\w{6}$")).match(temporaryPathWithExtension(QString())).hasMatch());
-        QCOMPARE(temp.entries(), QStringList()); // nothing created
         // A reference follows its file through a rename, not its old name.
         const QString path = KQTemporaryFile(QStringLiteral("ref"), QStringLiteral("txt"));
-        KQFileReference ref, untouched;
+        KQFileReference ref;
         QVERIFY(kq_fillFSRef(QUrl::fromLocalFile(path), &ref));
         const QString renamed = temp.path() + QStringLiteral("/renamed.txt");
         QVERIFY(QFile::rename(path, renamed) && touch(path));
         QCOMPARE(kq_URLFromFSRef(&ref), QUrl::fromLocalFile(renamed));
         QVERIFY(QFile::remove(renamed));
         QVERIFY(kq_URLFromFSRef(&ref).isEmpty());
-        QVERIFY(!kq_fillFSRef(QUrl(QStringLiteral("https://example.org/a")), &untouched));
-        QVERIFY(kq_URLFromFSRef(&untouched).isEmpty());
+        QVERIFY(!kq_fillFSRef(QUrl(QStringLiteral("https://example.org/a")), &ref));
         MessageCapture capture;
         QVERIFY(temporaryPathWithExtension(QStringLiteral("a/b")).isNull());
         QVERIFY(kq_URLFromFSRef(nullptr).isEmpty());
@@ -465,125 +363,65 @@ private Q_SLOTS:
         QCOMPARE(messages.count("Assertion: (fsref)"), 2);
     }
 
-    // Which transformer a binding uses, seen in the model's number after the view propagates 5 (it starts at 7).
-    void transformerChoice_data()
-    {
-        QTest::addColumn<QVariant>("transformer");
-        QTest::addColumn<QVariant>("name");
-        QTest::addColumn<int>("stored");
-        QTest::addColumn<QString>("report");
-        const auto same = [](const QVariant &v) { return v; };
-        const auto make = [this](const std::function<QVariant(const QVariant &)> &forward, const std::function<QVariant(const QVariant &)> &reverse) {
-            return QVariant::fromValue<QObject *>(KQValueTransformer::create(forward, reverse, this));
-        };
-        const QVariant none, null = QVariant::fromValue(nullptr), plus1 = QStringLiteral("Plus1");
-        QTest::newRow("object before name") << make(same, [](const QVariant &v) { return QVariant(v.toInt() * 10); }) << plus1 << 50 << QString();
-        QTest::newRow("null object: the name") << null << plus1 << 6 << QString();
-        QTest::newRow("null object, null name") << null << null << 5 << QString();
-        QTest::newRow("unknown name") << none << QVariant(QStringLiteral("Nope")) << 5 << QString();
-        QTest::newRow("no reverse") << make(same, {}) << plus1 << 7 << QStringLiteral("[[transformer class] allowsReverseTransformation]");
-        QTest::newRow("reverse gives nothing") << make(same, [](const QVariant &) { return QVariant(); }) << none << 7 << QStringLiteral("gave no value back");
-        QTest::newRow("not a transformer") << QVariant::fromValue<QObject *>(this) << none << 7 << QStringLiteral("transformer is a KQValueTransformer");
-    }
-    void transformerChoice()
-    {
-        QFETCH(QVariant, transformer);
-        QFETCH(QVariant, name);
-        QFETCH(int, stored);
-        QFETCH(QString, report);
-        Node model, view;
-        model.setNumber(7);
-        QVariantMap options;
-        if (transformer.isValid())
-            options.insert(QLatin1String(NSValueTransformerBindingOption), transformer);
-        if (name.isValid())
-            options.insert(QLatin1String(NSValueTransformerNameBindingOption), name);
-        QVERIFY(kq_bind(&view, Value, &model, QStringLiteral("number"), options));
-        MessageCapture capture;
-        kq_propagateValue(&view, 5, Value);
-        const QByteArray text = capture.text();
-        QCOMPARE(model.number(), stored);
-        QCOMPARE(kq_valueForBinding(&view, Value), QVariant(stored)); // raw, untransformed
-        QVERIFY2(report.isEmpty() ? text.isEmpty() : text.contains(report.toUtf8()), text.constData());
-    }
-
-    void keyPaths_data()
+    // Binding a view's value to a key path of the tree (the root's number is 7), then the view
+    // propagating a value: what the view read, what the binding holds (raw) and what is said.
+    // Transformers: an object before a name; forward on the way to the view, reverse on the way back.
+    void binding_data()
     {
         QTest::addColumn<QString>("keyPath");
-        QTest::addColumn<bool>("bindable");
+        QTest::addColumn<QVariantMap>("options");
         QTest::addColumn<QVariant>("read");
         QTest::addColumn<QVariant>("write");
-        QTest::addColumn<bool>("written");
-        QTest::newRow("two children deep") << "child.child.name" << true << QVariant("leaf") << QVariant("new leaf") << true;
-        QTest::newRow("nested map key") << "settings.page.width" << true << QVariant(10) << QVariant(12) << true;
-        QTest::newRow("new map key") << "settings.page.height" << true << QVariant() << QVariant(5) << true;
-        QTest::newRow("past the last child") << "child.child.child.number" << true << QVariant() << QVariant(9) << false;
-        QTest::newRow("converted text") << "number" << true << QVariant(7) << QVariant("42") << true;
-        QTest::newRow("unconvertible text") << "number" << true << QVariant(7) << QVariant("four") << false;
-        QTest::newRow("read-only") << "fixed" << true << QVariant(1) << QVariant(2) << false;
-        QTest::newRow("undeclared name") << "child.missing" << false << QVariant() << QVariant() << false;
-        QTest::newRow("empty name") << "child..number" << false << QVariant() << QVariant() << false;
+        QTest::addColumn<QVariant>("stored");
+        QTest::addColumn<QString>("report"); // "?": some report
+        const auto same = [](const QVariant &v) { return v; };
+        const auto make = [this](const std::function<QVariant(const QVariant &)> &forward, const std::function<QVariant(const QVariant &)> &reverse) {
+            return QVariantMap{{QLatin1String(NSValueTransformerBindingOption), QVariant::fromValue<QObject *>(KQValueTransformer::create(forward, reverse, this))},
+                               {QLatin1String(NSValueTransformerNameBindingOption), QStringLiteral("Plus1")}};
+        };
+        const QVariantMap byName{{QLatin1String(NSValueTransformerBindingOption), QVariant::fromValue(nullptr)},
+                                 {QLatin1String(NSValueTransformerNameBindingOption), QStringLiteral("Plus1")}};
+        const QVariantMap notATransformer{{QLatin1String(NSValueTransformerBindingOption), QVariant::fromValue<QObject *>(this)}};
+        const QVariant none;
+        QTest::newRow("two children deep") << "child.child.name" << QVariantMap() << QVariant("leaf") << QVariant("new leaf") << QVariant("new leaf") << "";
+        QTest::newRow("nested map key") << "settings.page.width" << QVariantMap() << QVariant(10) << QVariant(12) << QVariant(12) << "";
+        QTest::newRow("past the last child") << "child.child.child.number" << QVariantMap() << none << QVariant(9) << none << "?";
+        QTest::newRow("unconvertible text") << "number" << QVariantMap() << QVariant(7) << QVariant("four") << QVariant(7) << "?";
+        QTest::newRow("read-only") << "fixed" << QVariantMap() << QVariant(1) << QVariant(2) << QVariant(1) << "?";
+        QTest::newRow("undeclared name") << "child.missing" << QVariantMap() << none << none << none << "?";
+        const auto twice = [](const QVariant &v) { return QVariant(v.toInt() * 2); };
+        QTest::newRow("transformer object before name") << "number" << make(twice, [](const QVariant &v) { return QVariant(v.toInt() * 10); })
+                                                        << QVariant(14) << QVariant(5) << QVariant(50) << "";
+        QTest::newRow("null object: the name") << "number" << byName << QVariant(6) << QVariant(5) << QVariant(6) << "";
+        QTest::newRow("no reverse") << "number" << make(same, {}) << QVariant(7) << QVariant(5) << QVariant(7)
+                                    << "[[transformer class] allowsReverseTransformation]";
+        QTest::newRow("reverse gives nothing") << "number" << make(same, [](const QVariant &) { return QVariant(); })
+                                               << QVariant(7) << QVariant(5) << QVariant(7) << "gave no value back";
+        QTest::newRow("not a transformer") << "number" << notATransformer << QVariant(7) << QVariant(5) << QVariant(7)
+                                           << "transformer is a KQValueTransformer";
     }
-    void keyPaths()
+    void binding()
     {
         QFETCH(QString, keyPath);
-        QFETCH(bool, bindable);
+        QFETCH(QVariantMap, options);
         QFETCH(QVariant, read);
         QFETCH(QVariant, write);
-        QFETCH(bool, written);
+        QFETCH(QVariant, stored);
+        QFETCH(QString, report);
         Tree tree;
         Node view;
-        MessageCapture bindCapture;
-        QCOMPARE(kq_bind(&view, Value, &tree.root, keyPath), bindable);
-        QCOMPARE(bindCapture.text().isEmpty(), bindable);
-        QCOMPARE(kq_infoForBinding(&view, Value).isEmpty(), !bindable);
-        if (!bindable)
-            return;
-        QCOMPARE(view.value(), read);
         MessageCapture capture;
-        kq_propagateValue(&view, write, Value);
-        QCOMPARE(capture.text().isEmpty(), written);
-        QCOMPARE(kq_valueForBinding(&view, Value).toString(), (written ? write : read).toString()); // else untouched
-        QCOMPARE(tree.root.settings().value(QStringLiteral("zoom")), QVariant(2)); // siblings kept
-    }
-
-    void viewAndModelFollowEachOther()
-    {
-        Tree tree;
-        QSlider slider;
-        slider.setRange(0, 100);
-        const auto half = KQValueTransformer::create([](const QVariant &v) { return QVariant(v.toInt() * 2); },
-                                                     [](const QVariant &v) { return QVariant(v.toInt() / 2); }, &slider);
-        QVERIFY(kq_bind(&slider, Value, &tree.root, QStringLiteral("child.number"), {{QLatin1String(NSValueTransformerBindingOption), QVariant::fromValue(half)}}));
-        QCOMPARE(slider.value(), 6); // initial value, transformed
-        tree.middle.setNumber(10);
-        QCOMPARE(slider.value(), 20);
-        slider.setValue(30); // an edit in the view
-        QCOMPARE(tree.middle.number(), 15);
-        // Replacing an object along the path moves the observation to the new one.
-        Node replacement;
-        replacement.setNumber(40);
-        tree.root.setChild(&replacement);
-        QCOMPARE(slider.value(), 80);
-        tree.middle.setNumber(1);
-        replacement.setNumber(5);
-        QCOMPARE(slider.value(), 10);
-        // Rebinding replaces the binding; the old key path is no longer watched.
-        QVERIFY(kq_bind(&slider, Value, &tree.root, QStringLiteral("number")));
-        replacement.setNumber(6);
-        QCOMPARE(slider.value(), 7);
-        QCOMPARE(kq_infoForBinding(&slider, Value).value(QLatin1String(NSObservedKeyPathKey)).toString(), QStringLiteral("number"));
-        QVERIFY(!kq_infoForBinding(&slider, Value).contains(QLatin1String(NSOptionsKey)));
-        // Two objects bound to each other both ways, and one bound to itself.
-        Node a, b;
-        QVERIFY(kq_bind(&a, QStringLiteral("number"), &b, QStringLiteral("number")) && kq_bind(&b, QStringLiteral("number"), &a, QStringLiteral("number")));
-        QVERIFY(kq_bind(&a, QStringLiteral("name"), &a, QStringLiteral("name")));
-        a.setNumber(3);
-        QCOMPARE(b.number(), 3);
-        b.setNumber(4);
-        QCOMPARE(a.number(), 4);
-        a.setName(QStringLiteral("x"));
-        QCOMPARE(a.name(), QStringLiteral("x"));
+        const bool bound = kq_bind(&view, Value, &tree.root, keyPath, options);
+        QCOMPARE(kq_infoForBinding(&view, Value).isEmpty(), !bound);
+        QCOMPARE(bound, write.isValid()); // the rows that cannot bind write nothing
+        if (bound) {
+            QCOMPARE(view.value(), read);
+            kq_propagateValue(&view, write, Value);
+            QCOMPARE(kq_valueForBinding(&view, Value), stored);
+            QCOMPARE(tree.root.settings().value(QStringLiteral("zoom")), QVariant(2)); // siblings kept
+        }
+        const QByteArray text = capture.text();
+        QVERIFY2(report == u"?" ? !text.isEmpty() : report.isEmpty() ? text.isEmpty() : text.contains(report.toUtf8()), text.constData());
     }
 
     void lifetime_data()
@@ -641,39 +479,29 @@ private Q_SLOTS:
         const QVariant nested(QVariantList{1, QVariantMap{{"list", QVariantList{3.5, QVariantHash{{"k", QByteArray("v")}}}}, {"nil", QVariant()}}});
         MessageCapture capture;
         QCOMPARE(KQCloneUsingCoding(nested), nested);
-        QCOMPARE(KQCloneUsingCoding(QVariant::fromValue(nullptr)).metaType(), QMetaType::fromType<std::nullptr_t>());
         QVERIFY(!KQCloneUsingCoding(QVariant()).isValid());
-        QVERIFY(capture.text().isEmpty());
-        MessageCapture refused;
         QVERIFY(!KQCloneUsingCoding(QVariantMap{{"a", QVariantList{1, QVariant::fromValue(&object)}}}).isValid());
-        QVERIFY(refused.text().contains("cannot be archived"));
+        QVERIFY(capture.text().contains("cannot be archived"));
         // Invoking by name only what the object declares, with a convertible argument.
         Node node;
         node.setName(QStringLiteral("n"));
         QCOMPARE(kq_performSelectorIfResponds(&node, "greeting"), QVariant(QStringLiteral("hi n")));
         QCOMPARE(kq_performSelectorIfResponds(&node, "twice", QVariant(QStringLiteral("4"))), QVariant(8));
-        for (const auto &[name, argument] : {std::pair("twice", QVariant("x")), {"twice", QVariant()}, {"deleteLater", QVariant(1)}, {"nothing", QVariant()}})
+        for (const auto &[name, argument] : {std::pair("twice", QVariant("x")), {"deleteLater", QVariant(1)}, {"nothing", QVariant()}})
             QVERIFY2(!kq_performSelectorIfResponds(&node, name, argument).isValid(), name);
         QVERIFY(!kq_performSelectorIfResponds(nullptr, "greeting").isValid());
         QCOMPARE(node.calls, 2);
         // Map and filter stop where asked; a nil from map is reported and kept as null.
         const QVariantList list{1, 2, 3, 4};
-        QList<qsizetype> indexes;
-        const auto doubled = [&](const QVariant &element, qsizetype index, bool *stop) {
-            indexes.append(index);
+        const auto doubled = [](const QVariant &element, qsizetype index, bool *stop) {
             *stop = index == 2;
             return index == 1 ? QVariant() : QVariant(element.toInt() * 2);
         };
         MessageCapture nilReport;
         QCOMPARE(kq_map(list, doubled), (QVariantList{2, QVariant::fromValue(nullptr), 6}));
-        QCOMPARE(nilReport.text().count("KQAssertNeverExecuted was executed"), 1);
-        QCOMPARE(indexes, (QList<qsizetype>{0, 1, 2}));
-        MessageCapture quiet;
         QCOMPARE(kq_mapAndFilter(list, doubled), (QVariantList{2, 6}));
         QCOMPARE(kq_filter(list, [](const QVariant &e, qsizetype index, bool *stop) { *stop = index == 1; return e.toInt() % 2 == 1; }), QVariantList{1});
-        QVERIFY(quiet.text().isEmpty());
-        QCOMPARE(kq_map(QList<int>{1, 2, 3, 4}, [](int n, qsizetype, bool *stop) { *stop = n == 3; return QString::number(n * n); }), (QStringList{"1", "4", "9"}));
-        QCOMPARE(kq_mapAndFilter(QList<int>{1, 2, 3, 4}, [](int n, qsizetype, bool *) { return n % 2 == 0 ? std::optional<int>(n / 2) : std::nullopt; }), (QList<int>{1, 2}));
+        QCOMPARE(nilReport.text().count("KQAssertNeverExecuted was executed"), 1);
         // Objects deleted later go when their own scope ends, not an outer one's.
         QPointer<QObject> outer, inner;
         kq_subpool([&] {

@@ -1,5 +1,4 @@
-// Quits with a tooltip on screen, the way an application's main() returns:
-// the shared controller and its window must go without a crash.
+// Returns from main() with a tooltip on screen: the shared controller and its window must go quietly.
 #include <TarnCommon/KQApplication.h>
 #include <TarnCommon/ToolTipController_ZL.h>
 #include <TarnCommon/ToolTipWindow_ZL.h>

@@ -1,7 +1,5 @@
-// The tooltips: the timing rules on an injected clock, finding the widget
-// under a point, the window's size, placement and fading, and the controller
-// as a whole on the window system's real input.
-#include "AnsweringWidget.h"
+// The tooltips: the timing rules on an injected clock, finding the widget under a point,
+// the window's size, placement and fading, and the controller on the window system's input.
 #include "MessageCapture.h"
 #include "ToolTipController_ZL_p.h"
 #include "ToolTipHitTesting_ZL_p.h"
@@ -15,6 +13,7 @@
 #include <TarnCommon/ToolTipHitTesting_ZL.h>
 #include <TarnCommon/ToolTipTextView_ZL.h>
 #include <TarnCommon/ToolTipWindow_ZL.h>
+#include <TarnCommon/ToolTipping_ZL.h>
 
 #include <QtCore/QTimer>
 #include <QtCore/QVariantAnimation>
@@ -23,16 +22,35 @@
 #include <QtGui/QPainter>
 #include <QtGui/QTextDocument>
 #include <QtTest/QTest>
-#include <QtWidgets/QDockWidget>
 #include <QtWidgets/QLabel>
 #include <QtWidgets/QMainWindow>
-#include <QtWidgets/QStatusBar>
 #include <QtWidgets/QToolBar>
 
 #include <cmath>
 #include <memory>
 
 using namespace KQToolTipRules;
+
+// A widget whose tooltip names it and the point it was asked about.
+class AnsweringWidget : public QWidget, public ToolTipping_ZL
+{
+    Q_OBJECT
+    Q_INTERFACES(ToolTipping_ZL)
+public:
+    explicit AnsweringWidget(const QString &name, QWidget *parent = nullptr)
+        : QWidget(parent)
+    {
+        setObjectName(name);
+    }
+    QVariant toolTipAtPoint(QPointF point, bool *wrapText) override
+    {
+        ++asked;
+        *wrapText = wraps;
+        return QStringLiteral("%1 %2,%3").arg(objectName()).arg(point.x()).arg(point.y());
+    }
+    int asked = 0;
+    bool wraps = true;
+};
 
 namespace {
 
@@ -73,8 +91,8 @@ class TestToolTipTiming : public QObject
 private Q_SLOTS:
     // Script steps: m/d/u/k/o/n@t = move, left down, left up, key, other
     // event (leave), no event at all; p@t = poll. a=Text answers text
-    // (a= nothing), r=Text rich text, i=42 a number, w=0 clears the wrap
-    // flag, x=350 moves the pointer, "detach" leaves the rules windowless.
+    // (a= nothing), r=Text rich text, i=42 a number, x=350 moves the pointer,
+    // "detach" leaves the rules windowless.
     void script_data()
     {
         QTest::addColumn<QString>("steps");
@@ -88,21 +106,17 @@ private Q_SLOTS:
         };
         row("never armed: nothing", "p@0.5 p@1 p@5 p@20", "", "Idle");
         row("first poll a second after the move", "m@0 p@0.5 p@1", shownAt1, "Showing");
-        row("rest counts from the last move", "m@0.1 p@0.5 p@1 p@1.5", "set:Red at:300 show@1.5", "Showing");
         row("other events restart the rest", "m@0 o@0.8 p@1.5 p@2", "set:Red at:300 show@2", "Showing");
         row("armed over nothing keeps polling", "a= m@0 p@1 p@1.5 a=Found p@2", "set:Found at:300 show@2", "Showing");
         row("mouse down then rest: nothing until up", "m@0 d@0.2 p@1 p@3 u@5.2 p@6 p@6.5", "set:Red at:300 show@6.5", "Showing");
         row("key hides at once, stays hidden", "m@0 p@1 k@1.2 p@3", shownAt1 + " hide@1.2", "Idle");
-        row("moving keeps it", "m@0 p@1 x=320 m@1.2 p@1.5", shownAt1, "Showing");
         row("same answer: not moved, limit from first showing",
             "m@0 p@1 x=310 m@1.2 p@1.5 x=320 m@4 p@4.5 p@8 p@11 p@11.5", shownAt1 + " fade@11.5", "Idle");
         row("different answer: old at once, new at pointer",
             "m@0 p@1 a=Blue x=350 p@3 p@12.5 p@13.5", shownAt1 + " hide@3 set:Blue at:350 show@3 fade@13.5", "Idle");
         row("leaving fades after more than a second", "m@0 p@1 a= p@1.5 p@2 p@2.5", shownAt1 + " fade@2.5", "Idle");
-        row("back within the grace keeps it", "m@0 p@1 a= p@1.5 a=Red p@2 a= p@2.5 p@3", shownAt1, "Showing");
         row("same rich text is not laid out again", "r=<b>Bold</b> m@0 p@1 p@1.5", "rich:Bold at:300 show@1", "Showing");
         row("other rich text replaces it", "r=<b>Bold</b> m@0 p@1 r=<i>Other</i> p@1.5", "rich:Bold at:300 show@1 hide@1.5 rich:Other at:300 show@1.5", "Showing");
-        row("the view may clear the wrap flag", "w=0 m@0 p@1", "set~:Red at:300 show@1", "Showing");
         row("neither text nor rich text: reported once", "i=42 m@0 p@1 p@1.5", "", "Armed", unsupported);
         row("a notification without an event", "m@0 n@0.5 p@1", shownAt1, "Showing", "theEvent");
         row("no window: harmless", "detach m@0 p@1 p@1.5 k@2", "", "Idle");
@@ -116,14 +130,11 @@ private Q_SLOTS:
         double now = 0;
         QPointF pointer(300, 200);
         QVariant answer = QStringLiteral("Red");
-        bool clearWrap = false;
         RecordingWindow recorder(now);
         ToolTipTiming_ZL rules;
         rules.setClock([&now] { return now; });
         rules.setPointerLocation([&pointer] { return pointer; });
-        rules.setHitTest([&](bool *wrap, QPointF) {
-            if (clearWrap)
-                *wrap = false;
+        rules.setHitTest([&](bool *, QPointF) {
             if (answer.metaType() == QMetaType::fromType<QString>()) // equal, never the same object
                 return QVariant(QString(answer.toString().constData(), answer.toString().size()));
             return answer;
@@ -141,8 +152,6 @@ private Q_SLOTS:
                 answer = QVariant::fromValue(QTextDocumentFragment::fromHtml(value));
             else if (step.startsWith(QLatin1String("i=")))
                 answer = value.toInt();
-            else if (step.startsWith(QLatin1String("w=")))
-                clearWrap = value == QLatin1String("0");
             else if (step.startsWith(QLatin1String("x=")))
                 pointer.setX(value.toDouble());
             else {
@@ -176,16 +185,12 @@ private Q_SLOTS:
         QTest::addColumn<QString>("effect");
         const auto row = [](const char *name, QEvent::Type type, int buttons, const char *effect) { QTest::newRow(name) << int(type) << buttons << effect; };
         row("button down", QEvent::MouseButtonPress, Qt::NoButton, "-hide");
-        row("double click", QEvent::MouseButtonDblClick, Qt::NoButton, "-hide");
         row("button up", QEvent::MouseButtonRelease, Qt::NoButton, "+hide");
         row("moved", QEvent::MouseMove, Qt::NoButton, "+");
         row("left dragged", QEvent::MouseMove, Qt::LeftButton, "-hide");
-        row("other dragged", QEvent::MouseMove, Qt::MiddleButton, "-hide");
         row("title bar move", QEvent::NonClientAreaMouseMove, Qt::NoButton, "+");
         row("key down", QEvent::KeyPress, Qt::Key_A, "-hide");
-        row("key up", QEvent::KeyRelease, Qt::Key_A, "-hide");
-        row("a modifier alone: Shift down", QEvent::KeyPress, Qt::Key_Shift, "=");
-        row("a modifier alone: Control up", QEvent::KeyRelease, Qt::Key_Control, "=");
+        row("a modifier alone", QEvent::KeyPress, Qt::Key_Shift, "=");
         row("wheel, crossing, anything else", QEvent::Leave, Qt::NoButton, "=");
     }
     void eventTable()
@@ -209,6 +214,7 @@ class TestToolTipHitTesting : public QObject
     //   back 10,10 200x100 and front 60,60 200x100 (later: in front)
     //   labelled 10,180 150x100 with a label at 0,0 50x50
     //   hiding 200,180 150x100 with a hidden child at 0,0 50x50
+    //   nowrap 360,250 30x30, which clears the wrap flag
     std::unique_ptr<QWidget> window;
     QList<AnsweringWidget *> answering;
 
@@ -220,11 +226,10 @@ class TestToolTipHitTesting : public QObject
         return w;
     }
 
-    QVariant at(QPointF global)
+    QVariant at(QPointF global, bool *wrap)
     {
-        bool wrap = true;
         QWidget *w = window.get();
-        return ToolTipAtScreenPoint(&wrap, global, [w](QPointF) { return w; });
+        return ToolTipAtScreenPoint(wrap, global, [w](QPointF) { return w; });
     }
 
 private Q_SLOTS:
@@ -240,6 +245,7 @@ private Q_SLOTS:
         auto *hidden = new QWidget(add("hiding", QRect(200, 180, 150, 100)));
         hidden->setGeometry(0, 0, 50, 50);
         hidden->hide();
+        add("nowrap", QRect(360, 250, 30, 30))->wraps = false;
         (new QWidget(window.get()))->setGeometry(280, 10, 100, 100);
         (new QWidget(window.get(), Qt::Dialog))->setGeometry(0, 0, 400, 300); // its own window
         window->show();
@@ -252,7 +258,7 @@ private Q_SLOTS:
     void answers_data()
     {
         QTest::addColumn<QPointF>("global");
-        QTest::addColumn<QString>("tooltip"); // empty: none, and nobody asked
+        QTest::addColumn<QString>("tooltip"); // empty: none, and nobody asked; "~": the wrap flag cleared
         const auto row = [](const char *name, QPointF global, const char *tooltip) { QTest::newRow(name) << global << QString::fromLatin1(tooltip); };
         row("back alone", {120, 120}, "back 10,10");
         row("overlap: later sibling wins", {170, 170}, "front 10,10");
@@ -262,30 +268,21 @@ private Q_SLOTS:
         row("a label covers the point", {120, 290}, "");
         row("beside the label", {200, 330}, "labelled 90,50");
         row("a hidden child covers the point", {310, 290}, "");
-        row("beside the hidden child", {400, 330}, "hiding 100,50");
         row("no backtracking past a cover", {390, 120}, "");
         row("title area above the window", {200, 90}, "");
-        row("bottom edge is outside", {200, 400}, "");
+        row("a widget that does not wrap", {470, 360}, "nowrap 10,10~");
     }
     void answers()
     {
         QFETCH(QPointF, global);
         QFETCH(QString, tooltip);
-        const QVariant answer = at(global);
-        QCOMPARE(answer.toString(), tooltip);
+        bool wrap = true;
+        const QVariant answer = at(global, &wrap);
+        QCOMPARE(answer.toString() + (wrap ? "" : "~"), tooltip);
         int asked = 0;
         for (const AnsweringWidget *w : std::as_const(answering))
             asked += w->asked;
         QCOMPARE(asked, tooltip.isEmpty() ? 0 : 1); // only the deepest widget is asked
-    }
-
-    void wrapFlagGoesToTheWidget()
-    {
-        auto *noWrap = new AnsweringWidget(QStringLiteral("nowrap"), window.get(), false);
-        noWrap->setGeometry(0, 0, 5, 5);
-        bool wrap = true;
-        QVERIFY(ToolTipAtScreenPoint(&wrap, QPointF(101, 101)).isValid());
-        QVERIFY(!wrap);
     }
 
     // Whose window is at the point is the window system's answer.
@@ -299,44 +296,29 @@ private Q_SLOTS:
         QVERIFY(!ToolTipAtScreenPoint(&wrap, QPointF(900, 650)).isValid());
     }
 
+    // Tool bar items are looked up after the content; the bar's own area is neither.
     void toolBarItemsAfterTheContent()
     {
         QMainWindow main;
         main.setCentralWidget(new AnsweringWidget(QStringLiteral("central")));
         auto *toolBar = main.addToolBar(QStringLiteral("Tools"));
         toolBar->addAction(QStringLiteral("Plain"));
-        auto *gone = new AnsweringWidget(QStringLiteral("gone"));
-        toolBar->addWidget(gone)->setVisible(false);
         auto *swatch = new AnsweringWidget(QStringLiteral("swatch"));
         swatch->setFixedSize(40, 20);
         toolBar->addWidget(swatch);
-        auto *dock = new QDockWidget(QStringLiteral("Dock"), &main);
-        auto *docked = new AnsweringWidget(QStringLiteral("docked"));
-        docked->setMinimumSize(60, 60);
-        dock->setWidget(docked);
-        main.addDockWidget(Qt::LeftDockWidgetArea, dock);
-        main.statusBar()->showMessage(QStringLiteral("Ready"));
         main.setGeometry(100, 100, 400, 300);
         main.show();
         QVERIFY(QTest::qWaitForWindowExposed(&main));
-
         bool wrap = true;
         const auto answerAt = [&](QWidget *w, QPoint p) {
             return ToolTipAtScreenPoint(&wrap, QPointF(w->mapToGlobal(p)), [&main](QPointF) { return &main; }).toString();
         };
         QCOMPARE(answerAt(swatch, QPoint(3, 4)), QStringLiteral("swatch 3,4"));
         QCOMPARE(answerAt(main.centralWidget(), QPoint(7, 8)), QStringLiteral("central 7,8"));
-        // Docks and status bar are content too.
-        QCOMPARE(answerAt(docked, QPoint(5, 6)), QStringLiteral("docked 5,6"));
-        QCOMPARE(GetViewAtPointInWindow(&main, QPointF(main.statusBar()->mapTo(&main, main.statusBar()->rect().center()))),
-                 main.statusBar());
-        // The tool bar's own area, between items, is neither content nor an item.
         const QPoint between = toolBar->mapTo(&main, QPoint(toolBar->width() - 2, toolBar->height() / 2));
         QCOMPARE(GetViewAtPointInWindow(&main, QPointF(between)), nullptr);
         QWidget *button = toolBar->widgetForAction(toolBar->actions().first());
         QCOMPARE(GetViewAtPointInWindow(&main, QPointF(button->mapTo(&main, QPoint(2, 2)))), button);
-        QCOMPARE(answerAt(button, QPoint(2, 2)), QString()); // a plain tool button does not answer
-        QCOMPARE(gone->asked, 0);
         QCOMPARE(GetViewAtPointInToolbar(nullptr, QPointF(5, 5)), nullptr);
     }
 };
@@ -346,32 +328,16 @@ class TestToolTipWindow : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void size_data()
-    {
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<bool>("wrap");
-        QTest::addColumn<int>("lines"); // at least so many; 1: exactly one
-        const QString longText = QStringLiteral("A long tooltip text that needs several lines when it wraps");
-        QTest::newRow("wrapped") << longText << true << 3;
-        QTest::newRow("not wrapped") << longText << false << 1;
-        QTest::newRow("rich") << QStringLiteral("<b>Bold</b> and <i>italic</i>") << false << 1;
-    }
+    // A wrapped long text: the used rectangle of the text plus 3 above and below, several lines, narrow.
     void size()
     {
-        QFETCH(QString, text);
-        QFETCH(bool, wrap);
-        QFETCH(int, lines);
         ToolTipWindow_ZL window;
-        const bool rich = text.startsWith(QLatin1Char('<'));
-        rich ? window.setAttributedString(QTextDocumentFragment::fromHtml(text), wrap) : window.setString(text, wrap);
-        // The used rectangle of the text, plus 3 above and below.
+        window.setString(QStringLiteral("A long tooltip text that needs several lines when it wraps"), true);
         const QRectF used = window.textView()->usedRect();
         QCOMPARE(window.size(), QSize(int(std::ceil(used.right())), int(std::ceil(used.bottom() + 6))));
         QCOMPARE(window.textView()->geometry(), QRect(QPoint(0, 0), window.size()));
         const double line = QFontMetricsF(window.textView()->document()->defaultFont()).lineSpacing();
-        QVERIFY(lines == 1 ? std::abs(used.height() - line) < 1.5 : used.height() >= lines * line - 1);
-        QVERIFY(wrap ? window.width() <= 100 : text.size() < 40 || window.width() > 100);
-        QCOMPARE(window.attributedString().toPlainText(), rich ? QStringLiteral("Bold and italic") : text);
+        QVERIFY(used.height() >= 3 * line - 1 && window.width() <= 100);
     }
 
     // A plain string replaces the text in place when it can: the result must
@@ -382,13 +348,8 @@ private Q_SLOTS:
         QTest::addColumn<QString>("text");
         QTest::addColumn<bool>("wrap");
         const QString longText = QStringLiteral("word ").repeated(40);
-        QTest::newRow("two lines") << QString() << QStringLiteral("one\ntwo") << true;
-        QTest::newRow("long, wrapped") << QString() << longText << true;
         QTest::newRow("long, one line") << QString() << longText << false;
         QTest::newRow("after a bold list") << QStringLiteral("<ul><li><b>bold</b></li></ul>") << QStringLiteral("plain") << true;
-        QTest::newRow("after a table") << QStringLiteral("<table><tr><td>cell</td></tr></table>") << QStringLiteral("plain") << true;
-        QTest::newRow("after big centred text") << QStringLiteral("<p align=center><span style='font-size:30pt'>big</span></p>")
-                                                << QStringLiteral("a\nb") << true;
     }
     void plainStringAsPlainFragment()
     {
@@ -442,10 +403,7 @@ private Q_SLOTS:
         row("right edge", {950, 400}, 80, {920, 359}, true);
         row("wider than the screen", {500, 400}, 1200, {-200, 359}, true);
         row("secondary's left edge", {1000, 300}, 80, {1000, 259}, true);
-        row("secondary bottom", {1200, 130}, 80, {1200, 160}, true);
         row("right of every screen: at the pointer", {1800, 300}, 80, {1800, 259}, false);
-        row("under the secondary: at the pointer, above it", {1500, 30}, 80, {1500, 60}, false);
-        row("left of every screen", {-50, 400}, 80, {0, 359}, false);
         row("below every screen", {-10, -5}, 80, {0, 25}, false);
     }
     void placement()
@@ -528,9 +486,8 @@ private Q_SLOTS:
         window->show();
         QVERIFY(QTest::qWaitForWindowExposed(window.get()));
         controller = std::make_unique<ToolTipController_ZL>();
-        ToolTipTiming_ZL &timing = ToolTipControllerTiming(controller.get());
-        timing.setClock([this] { return now; });
-        timing.setPointerLocation([] { return QPointF(150, 160); });
+        controller->setClock([this] { return now; }); // as an application's own test does
+        ToolTipControllerTiming(controller.get()).setPointerLocation([] { return QPointF(150, 160); });
         controller->startup();
     }
     void cleanup()
@@ -616,45 +573,15 @@ private Q_SLOTS:
         QCOMPARE(shownText(), QStringLiteral("chart 50,60"));
     }
 
-    // What an application's own test does: its clock, the real pointer, polls on demand.
-    void applicationTestDrivesItsClock()
-    {
-        double clock = 5.0;
-        ToolTipController_ZL own;
-        own.setClock([&clock] { return clock; });
-        own.startup();
-        QTest::mouseMove(chart, QPoint(30, 40));
-        clock += 0.9;
-        own.poll();
-        QVERIFY(!own.toolTipWindow()->isVisible());
-        clock += 0.1;
-        own.poll();
-        QCOMPARE(own.toolTipWindow()->attributedString().toPlainText(), QStringLiteral("chart 30,40"));
-        QVERIFY(own.toolTipWindow()->isShown());
-    }
-
     // Qt hands a window's input on to widgets as new events; the hook posts once per
     // input, for the event addressed to the window.
-    void postsOncePerInput_data()
-    {
-        QTest::addColumn<int>("type");
-        QTest::newRow("move") << int(QEvent::MouseMove);
-        QTest::newRow("press") << int(QEvent::MouseButtonPress);
-        QTest::newRow("key") << int(QEvent::KeyPress);
-    }
     void postsOncePerInput()
     {
-        QFETCH(int, type);
         QTest::mouseMove(window.get(), QPoint(10, 10));
         int posted = 0;
         const auto counter = connect(KQAfterEventNotifier::instance(), &KQAfterEventNotifier::afterEventSent, this,
-                                     [&](QEvent *e) { posted += e->type() == type ? 1 : 0; });
-        if (type == QEvent::MouseMove)
-            QTest::mouseMove(window.get(), QPoint(20, 20));
-        else if (type == QEvent::MouseButtonPress)
-            QTest::mouseClick(window->windowHandle(), Qt::LeftButton, Qt::NoModifier, QPoint(20, 20));
-        else
-            QTest::keyClick(window->windowHandle(), Qt::Key_A);
+                                     [&](QEvent *e) { posted += e->type() == QEvent::MouseButtonPress ? 1 : 0; });
+        QTest::mouseClick(window->windowHandle(), Qt::LeftButton, Qt::NoModifier, QPoint(20, 20));
         disconnect(counter);
         QCOMPARE(posted, 1);
         // Paint traffic of a window and events sent straight to a widget are not input.
