@@ -21,7 +21,7 @@ private Q_SLOTS:
         QTest::newRow("above: pulled down") << 0 << QRectF(100, -150, 300, 200) << false << QRectF(100, 0, 300, 200);
         QTest::newRow("below and left, fully") << 0 << QRectF(-50, 600, 300, 200) << true << QRectF(0, 500, 300, 200);
         QTest::newRow("below and left, top only") << 0 << QRectF(-50, 600, 300, 200) << false << QRectF(-50, 600, 300, 200);
-        QTest::newRow("wider than the screen") << 0 << QRectF(0, 600, 1200, 100) << true << QRectF(-200, 600, 1200, 100);
+        QTest::newRow("wider than the screen") << 0 << QRectF(0, 300, 1200, 100) << true << QRectF(-200, 300, 1200, 100);
         QTest::newRow("below the secondary, fully") << 1 << QRectF(1100, 500, 300, 200) << true << QRectF(1100, 400, 300, 200);
         QTest::newRow("no screen: the primary") << -1 << QRectF(100, -50, 300, 200) << false << QRectF(100, 0, 300, 200);
     }
