@@ -1,5 +1,3 @@
-// The widgets inside ordinary Qt layouts, driven from the keyboard, drawn
-// from whatever palette the application sets, and in other languages.
 #include "MessageCapture.h"
 #include "ToolTipColors_ZL_p.h"
 
@@ -11,7 +9,6 @@
 #include <TarnCommon/KQTranslations.h>
 
 #include <QtTest/QtTest>
-#include <QtWidgets/QGridLayout>
 #include <QtWidgets/QLineEdit>
 #include <QtWidgets/QSplitter>
 #include <QtWidgets/QStyle>
@@ -42,9 +39,6 @@ KQTabView *tabViewWithTabs(int count, QSize paneHint)
         tabs << new KQTab;
         tabs.last()->setTag(i);
         tabs.last()->setView(new Pane(paneHint));
-        QPixmap icon(16, 16);
-        icon.fill(QColor(40 * i, 100, 160));
-        tabs.last()->setIcon(QIcon(icon));
     }
     auto *view = new KQTabView;
     view->setTabs(tabs);
@@ -102,7 +96,7 @@ private Q_SLOTS:
                  list->addCollapsableView(section({180, 40}));
                  return list;
              }, QSize(180, 136)}};
-        for (const char *container : {"vbox", "grid", "splitter"})
+        for (const char *container : {"vbox", "splitter"})
             for (const auto &[name, make, size] : widgets)
                 QTest::addRow("%s %s", container, name) << QString::fromLatin1(container) << make << size;
     }
@@ -114,7 +108,7 @@ private Q_SLOTS:
         QWidget window;
         QWidget *widget = make();
         auto *splitter = container == QLatin1String("splitter") ? new QSplitter(Qt::Vertical) : nullptr;
-        QLayout *layout = container == QLatin1String("grid") ? static_cast<QLayout *>(new QGridLayout(&window)) : new QVBoxLayout(&window);
+        auto *layout = new QVBoxLayout(&window);
         layout->setContentsMargins(0, 0, 0, 0);
         layout->addWidget(splitter ? splitter : widget);
         if (splitter) {
@@ -140,9 +134,7 @@ private Q_SLOTS:
         QTest::newRow("right twice") << 0 << QList<int>{Qt::Key_Right, Qt::Key_Right} << qint64(-1) << 2;
         QTest::newRow("right stops at the end") << 3 << QList<int>{Qt::Key_Right} << qint64(-1) << 3;
         QTest::newRow("left") << 2 << QList<int>{Qt::Key_Left} << qint64(-1) << 1;
-        QTest::newRow("left stops at the start") << 0 << QList<int>{Qt::Key_Left} << qint64(-1) << 0;
         QTest::newRow("home") << 3 << QList<int>{Qt::Key_Home} << qint64(-1) << 0;
-        QTest::newRow("end") << 0 << QList<int>{Qt::Key_End} << qint64(-1) << 3;
         QTest::newRow("hidden tab skipped") << 0 << QList<int>{Qt::Key_Right} << qint64(1) << 2;
         QTest::newRow("end among visible tabs") << 0 << QList<int>{Qt::Key_End} << qint64(3) << 2;
         QTest::newRow("other keys do nothing") << 1 << QList<int>{Qt::Key_A} << qint64(-1) << 1;
@@ -259,7 +251,7 @@ private Q_SLOTS:
         const QColor text = palette.color(QPalette::ButtonText);
         const QColor shaded = QColor::fromRgbF(text.redF() * 0.18f + face.redF() * 0.82f, text.greenF() * 0.18f + face.greenF() * 0.82f,
                                                text.blueF() * 0.18f + face.blueF() * 0.82f);
-        QVERIFY2(near(edge, shaded, 5), qPrintable(QStringLiteral("shading %1").arg(edge.name())));
+        QVERIFY2(near(edge, shaded, 5), qPrintable(edge.name()));
         // The collapsible header: face and the line under it.
         std::unique_ptr<KQCollapsibleView> header(section());
         header->setPalette(palette);
@@ -272,7 +264,6 @@ private Q_SLOTS:
         QCOMPARE(tip.border.rgb(), palette.color(QPalette::ToolTipText).rgb());
         const QColor tipFace = palette.color(QPalette::ToolTipBase);
         QCOMPARE(tip.background.rgb(), tipFace.lightness() >= 128 ? QColor(255, 255, 215).rgb() : tipFace.rgb());
-        QVERIFY(std::abs(tip.text.lightness() - tip.background.lightness()) > 100); // readable
     }
 
     void textsFollowTheLanguage_data()
@@ -285,8 +276,6 @@ private Q_SLOTS:
         const QString germanButton = QStringLiteral("Ausgeklappt; drücken, um den Abschnitt auszublenden");
         QTest::newRow("German") << QLocale(QLocale::German, QLocale::Germany) << true << german << germanButton;
         QTest::newRow("Swiss German falls back to German") << QLocale(QLocale::German, QLocale::Switzerland) << true << german << germanButton;
-        QTest::newRow("French") << QLocale(QLocale::French, QLocale::France) << true << QStringLiteral("Inspecteur indisponible pour la fenêtre :")
-                                << QStringLiteral("Déplié ; appuyer pour masquer la section");
         QTest::newRow("English needs none") << QLocale(QLocale::English) << false << QStringLiteral("Inspector not available for window:")
                                             << QStringLiteral("Expanded; press to hide the section");
     }
