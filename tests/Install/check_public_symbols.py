@@ -1,11 +1,11 @@
 #!/usr/bin/env python3
-"""Every symbol the shared library exports must belong to a public header.
+"""check_public_symbols.py LIBRARY HEADER_DIR QT_HEADER_DIR
 
-Usage: check_public_symbols.py LIBRARY HEADER_DIR QT_HEADER_DIR
-Finds the name owning each exported symbol (nm -D -C: the class of a member,
-the function or variable itself) and fails, listing them, when no installed
-header declares it. Instantiations of Qt's and the standard library's
-templates belong to them, not to this library's ABI: they are set apart.
+Every exported symbol belongs to a public header: the name owning it (the class
+of a member, the function or variable itself) is declared in one; Qt's and the
+standard library's template instantiations are theirs and set apart. The
+C-linkage names stay unmangled, the private path helper stays hidden, and any
+exported free function taking only plain C types has C linkage.
 """
 import pathlib
 import re
@@ -17,6 +17,13 @@ SANITIZER_NAME = re.compile(r"^__(odr_asan|asan)")  # AddressSanitizer's per-glo
 PREFIXES = re.compile(r"^(typeinfo name for |typeinfo for |vtable for |VTT for |construction vtable for "
                       r"|non-virtual thunk to |virtual thunk to |guard variable for |covariant return thunk to )")
 FOREIGN = re.compile(r"^(std|__gnu_cxx|Qt\w*|QtPrivate)$")
+C_NAMES = set("""KQAssertionFailed _ZLLogWarning _ZLLogError _ZLLogMsg _ZLLog _ZLMakeLogStr KQLastPathComponentOfPath
+    KQDebugBreak KQSetDebugBreakHook g_breakOnWarningsAndErrors TarnCommonVersionNumber TarnCommonVersionString
+    KQErrorDomain Secs Unique_ID_ns q_RECT_rect_between_points q_POINT_distance_between_points q_RECT__Get_Centre
+    q_RECT_set_edge_to_location q_RECT_set_corner_to_point q_RECT_normalize KQPointConstrainToLine""".split())
+PLAIN = re.compile(r"(const )?(void|bool|(signed |unsigned )?char|(unsigned )?(short|int|long|long long)|float|(long )?double"
+                   r"|__va_list_tag|RGBColor|KQPoint|KQSize|KQRect)( const)?(\*( const)?)*")
+FREE_FUNCTION = re.compile(r"[0-9a-f]+ [TW] ([A-Za-z_]\w*\((.*)\))")
 
 
 def split_top(text, separator):
@@ -37,6 +44,18 @@ def owners(symbol):
     first = re.sub(r"<.*", "", first).split()[-1] if first else first
     # A free operator belongs to the public type it takes.
     return re.findall(r"[A-Za-z_]\w*", symbol[len(head):]) if first.startswith("operator") else [first]
+
+
+def linkage_errors(library, listing):
+    raw = set(subprocess.run(["nm", "-D", "--defined-only", library], check=True, capture_output=True, text=True).stdout.split())
+    errors = [f"{name} is not exported unmangled" for name in sorted(C_NAMES - raw)]
+    errors += [f"{name} is private but exported" for name in raw if "KQPathComponent" in name]
+    for match in filter(None, map(FREE_FUNCTION.fullmatch, listing.splitlines())):
+        # Demangled, a C++ name shows its parameters; a plain function pointer counts as plain.
+        parameters = match.group(2).replace("void (*)()", "void*")
+        if all(PLAIN.fullmatch(p) for p in (split_top(parameters, ", ") if parameters else [])):
+            errors.append(f"{match.group(1)} is mangled though its parameters are plain C types")
+    return errors
 
 
 def main():
@@ -63,7 +82,9 @@ def main():
     print(f"{count} exported symbols of the library, {len(stray)} outside the public headers "
           f"({instantiations} instantiations of Qt or standard templates set apart)")
     print("".join(f"  {symbol}\n" for symbol in stray), end="")
-    return 1 if stray or count == 0 else 0
+    errors = linkage_errors(library, listing)
+    print("".join(f"FAIL: {error}\n" for error in errors), end="")
+    return 1 if stray or errors or count == 0 else 0
 
 
 if __name__ == "__main__":
