@@ -1,10 +1,6 @@
 #!/usr/bin/python3
-"""atspi_check.py APP_NAME BUTTON_NAME...: reads the tab view demo's tree over AT-SPI.
-
-The group "TabView Group" holds one push button per named tab, in order.
-Pressing the second checks it alone, heard as events, and puts its tab's
-field ("NAME field", under the button) on show.
-"""
+"""atspi_check.py APP_NAME BUTTON_NAME...: the group "TabView Group" holds one push button per named
+tab, in order; pressing the second checks it alone, heard as events, and shows its tab's "NAME field"."""
 import sys
 import time
 
