@@ -115,8 +115,7 @@ private Q_SLOTS:
             splitter->setHandleWidth(1);
             splitter->addWidget(widget);
         }
-        // The window at its layout's hint (adjustSize() would impose a floor
-        // on windows holding expanding widgets).
+        // At the layout's hint: adjustSize() imposes a floor on windows holding expanding widgets.
         window.resize(window.sizeHint());
         window.show();
         QCoreApplication::processEvents();
@@ -131,9 +130,8 @@ private Q_SLOTS:
         QTest::addColumn<QList<int>>("keys");
         QTest::addColumn<qint64>("hiddenTag");
         QTest::addColumn<int>("expected"); // tag of the selected tab afterwards
-        QTest::newRow("right twice") << 0 << QList<int>{Qt::Key_Right, Qt::Key_Right} << qint64(-1) << 2;
+        QTest::newRow("right twice, left") << 0 << QList<int>{Qt::Key_Right, Qt::Key_Right, Qt::Key_Left} << qint64(-1) << 1;
         QTest::newRow("right stops at the end") << 3 << QList<int>{Qt::Key_Right} << qint64(-1) << 3;
-        QTest::newRow("left") << 2 << QList<int>{Qt::Key_Left} << qint64(-1) << 1;
         QTest::newRow("home") << 3 << QList<int>{Qt::Key_Home} << qint64(-1) << 0;
         QTest::newRow("hidden tab skipped") << 0 << QList<int>{Qt::Key_Right} << qint64(1) << 2;
         QTest::newRow("end among visible tabs") << 0 << QList<int>{Qt::Key_End} << qint64(3) << 2;
@@ -157,7 +155,7 @@ private Q_SLOTS:
         for (const int key : keys)
             QTest::keyClick(view, Qt::Key(key));
         QCOMPARE(view->selectedTab()->tag(), qint64(expected));
-        QVERIFY2(view->hasFocus(), "the keyboard focus stays on the bar");
+        QVERIFY(view->hasFocus());
     }
 
     void keyboardReachesTheControls()
@@ -198,18 +196,16 @@ private Q_SLOTS:
         QVERIFY(view->hasFocus());
         const QImage focused = view->grab().toImage().convertToFormat(QImage::Format_RGB32);
         const QRect cell = view->tabRectsForTabBarRect(KQTabView::tabBarRectForBounds(QRectF(view->rect()))).at(1).toRect();
-        const auto distance = [&highlight](QColor a) {
-            return std::abs(a.red() - highlight.red()) + std::abs(a.green() - highlight.green()) + std::abs(a.blue() - highlight.blue());
-        };
+        // Every changed pixel is inside the focused cell and redder: the highlight blended over it.
         int changed = 0;
         for (int y = 0; y < unfocused.height(); ++y) {
             for (int x = 0; x < unfocused.width(); ++x) {
                 if (unfocused.pixel(x, y) == focused.pixel(x, y))
                     continue;
                 ++changed;
-                // Inside the focused cell, and every changed pixel nearer the highlight (blended over the cell).
-                QVERIFY2(cell.contains(x, y), "the focus frame stays inside the focused cell");
-                QVERIFY2(distance(focused.pixelColor(x, y)) < distance(unfocused.pixelColor(x, y)), "drawn in the palette's highlight");
+                QVERIFY(cell.contains(x, y));
+                QVERIFY(focused.pixelColor(x, y).red() - focused.pixelColor(x, y).blue()
+                        > unfocused.pixelColor(x, y).red() - unfocused.pixelColor(x, y).blue());
             }
         }
         QVERIFY(changed > 10);
@@ -261,7 +257,6 @@ private Q_SLOTS:
         // is kept, a light one gives the classic pale yellow.
         const ToolTipColors_ZL tip = toolTipColorsForPalette(palette);
         QCOMPARE(tip.text, palette.color(QPalette::ToolTipText));
-        QCOMPARE(tip.border.rgb(), palette.color(QPalette::ToolTipText).rgb());
         const QColor tipFace = palette.color(QPalette::ToolTipBase);
         QCOMPARE(tip.background.rgb(), tipFace.lightness() >= 128 ? QColor(255, 255, 215).rgb() : tipFace.rgb());
     }
