@@ -1,11 +1,7 @@
 #!/usr/bin/env python3
-"""check_public_symbols.py LIBRARY HEADER_DIR QT_HEADER_DIR
-
-Every exported symbol belongs to a public header: the name owning it (the class
-of a member, the function or variable itself) is declared in one; Qt's and the
-standard library's template instantiations are theirs and set apart. The
-C-linkage names stay unmangled, the private path helper stays hidden, and any
-exported free function taking only plain C types has C linkage.
+"""check_public_symbols.py LIBRARY HEADER_DIR QT_HEADER_DIR: every exported symbol's owner (a member's
+class, the function or variable) is declared in a public header, Qt and standard template instantiations
+set apart; C names stay unmangled, the private path helper hidden, and plain-C functions have C linkage.
 """
 import pathlib
 import re
