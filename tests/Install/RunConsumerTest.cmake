@@ -1,7 +1,5 @@
-# Runs as cmake -P. With EMBEDDER_SOURCE_DIR: builds and runs a parent project
-# that takes the source tree in with add_subdirectory. Otherwise: installs into
-# a prefix other than the configured one, then builds and runs consumers of it:
-# the CMake package as C++17 and as C++20, and a compiler line fed by pkg-config.
+# cmake -P: with EMBEDDER_SOURCE_DIR, a parent project embedding the sources; otherwise an install into a
+# new prefix and its consumers: the CMake package as C++17 and C++20, and a compiler line fed by pkg-config.
 function(run)
     execute_process(COMMAND ${ARGN} RESULT_VARIABLE result OUTPUT_VARIABLE out ERROR_VARIABLE err)
     if(NOT result EQUAL 0)
