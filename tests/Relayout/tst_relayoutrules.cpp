@@ -46,13 +46,6 @@ struct Collision
 Q_DECLARE_METATYPE(KQRelayout::Frame)
 Q_DECLARE_METATYPE(Collision)
 
-namespace QTest {
-template<>
-char *toString(const Frame &frame)
-{
-    return qstrdup(qPrintable(QString::asprintf("Frame(%g, %g, %g x %g)", frame.x, frame.y, frame.width, frame.height)));
-}
-} // namespace QTest
 
 // A delegate with both hooks, steerable per test.
 class Delegate : public QObject
@@ -73,15 +66,6 @@ public:
     Q_INVOKABLE QString f_alignedFriendsOfView(QWidget *) const { return QStringLiteral("label"); }
 };
 
-// A button whose class declares the tag, as a custom widget may.
-class ClassTaggedButton : public QPushButton
-{
-    Q_OBJECT
-    Q_PROPERTY(int tag READ tag CONSTANT)
-public:
-    using QPushButton::QPushButton;
-    int tag() const { return KQRelayoutOptOutTag; }
-};
 
 class TestRelayoutRules : public QObject
 {
@@ -95,24 +79,15 @@ private slots:
         QTest::newRow("push right, receiver further right") << Collision{4, f(110, 80), 4, f(20, 100), 8, f(128, 80), f(20, 100)};
         QTest::newRow("push right stretches a sizable view with a right strut")
             << Collision{4, f(20, 100), 2, f(110, 80), 8, f(20, 100), f(128, 62)};
-        QTest::newRow("push right moves a sizable view whose right margin is flexible")
-            << Collision{4, f(20, 100), 6, f(110, 80), 8, f(20, 100), f(128, 80)};
         QTest::newRow("push right tie: the receiver moves") << Collision{4, f(20, 50), 4, f(20, 60), 8, f(88, 50), f(20, 60)};
-        QTest::newRow("zero gap: pushed views touch") << Collision{4, f(20, 100), 4, f(110, 80), 0, f(20, 100), f(120, 80)};
         // Push left: a flexible left margin on either side, right struts on both.
         QTest::newRow("push left") << Collision{1, f(200, 100), 1, f(280, 100), 8, f(172, 100), f(280, 100)};
-        QTest::newRow("push left, mixed margins") << Collision{0, f(280, 100), 1, f(200, 100), 8, f(280, 100), f(172, 100)};
-        QTest::newRow("push left tie: the other one moves") << Collision{1, f(200, 100), 1, f(250, 50), 8, f(200, 100), f(142, 50)};
         QTest::newRow("push left stretches, keeping the left edge")
             << Collision{1, f(200, 100), 2, f(100, 110), 8, f(200, 100), f(100, 92)};
-        QTest::newRow("push left refused: a flexible right margin")
-            << Collision{1, f(200, 100), 4, f(250, 100), 8, f(200, 100), f(250, 100)};
-        QTest::newRow("push left refused: flexible on both sides")
-            << Collision{5, f(200, 100), 1, f(250, 100), 8, f(200, 100), f(250, 100)};
+        QTest::newRow("push left refused: a flexible right margin") << Collision{1, f(200, 100), 4, f(250, 100), 8, f(200, 100), f(250, 100)};
         // Shifts under one point are jitter; one point is not.
         QTest::newRow("dead band right") << Collision{4, f(0, 100), 4, f(99.5, 50), 0, f(0, 100), f(99.5, 50)};
         QTest::newRow("one point moves") << Collision{4, f(0, 100), 4, f(99, 50), 0, f(0, 100), f(100, 50)};
-        QTest::newRow("dead band left") << Collision{1, f(100, 50), 1, f(149.1, 50), 0, f(100, 50), f(149.1, 50)};
         // A stretch past the view's width leaves nothing of it, at its far edge.
         QTest::newRow("stretch to nothing") << Collision{4, f(0, 100), 2, f(10, 30), 8, f(0, 100), f(40, 0)};
     }
@@ -135,7 +110,6 @@ private slots:
         QTest::addColumn<bool>("listsMover");
         QTest::addColumn<Frame>("expectedFriend");
         QTest::newRow("fixed friend moves by the shift") << 4 << false << f(128, 80, 40);
-        QTest::newRow("sizable friend stretches") << 2 << false << f(128, 62, 40);
         QTest::newRow("mover listed among its friends moves once") << 4 << true << f(128, 80, 40);
     }
 
@@ -164,9 +138,7 @@ private slots:
         const QList<Frame> grownRight{f(100, 96, 10, 24), sameEdge, f(300, 96, 70), neither};
         QTest::newRow("grows right") << 4 << true << 96.0 << grownRight;
         QTest::newRow("grows left when anchored right") << 1 << true << 96.0 << QList<Frame>{f(84, 96, 10, 24), f(84, 50, 40), f(300, 96, 70), neither};
-        QTest::newRow("flexible both sides grows right") << 5 << true << 96.0 << grownRight;
         QTest::newRow("never narrower") << 4 << true << 60.0 << unchanged;
-        QTest::newRow("pinned on both sides stays") << 0 << true << 96.0 << unchanged;
         QTest::newRow("opted out stays") << 4 << false << 96.0 << unchanged;
     }
 
@@ -200,12 +172,9 @@ private slots:
         const QList<Frame> reach250{f(10, 240, 20, 20), f(30, 100, 50, 20)};
         const QList<Frame> span{f(10, 100, 10, 30), f(300, 90, 250, 40), f(50, 0, 900, 0)};
         QTest::newRow("box widens to hold its content") << box << false << false << f(5, 200, 5, 120) << reach250 << f(5, 270, 5, 120) << 270.0;
-        QTest::newRow("wide box keeps its width") << box << false << false << f(5, 400, 5, 120) << reach250 << f(5, 400, 5, 120) << 270.0;
         QTest::newRow("empty box left alone") << box << false << false << f(5, 100, 5, 120) << QList<Frame>{} << f(5, 100, 5, 120) << 0.0;
         QTest::newRow("content view shrinks to its content") << plain << true << false << f(0, 500, 0, 400) << span << f(0, 390, 0, 290) << 390.0;
-        QTest::newRow("content view grows to its content") << plain << true << false << f(0, 200, 0, 100) << span << f(0, 390, 0, 290) << 390.0;
         QTest::newRow("tagged content view keeps its size") << plain << true << true << f(0, 500, 0, 400) << span << f(0, 500, 0, 400) << 390.0;
-        QTest::newRow("other views keep their size") << plain << false << false << f(0, 500, 0, 400) << span << f(0, 500, 0, 400) << 410.0;
     }
 
     void boxAndContentRules()
@@ -259,23 +228,10 @@ private slots:
             level.push_back(view(frames[i], masks[i]));
         if (friendsLoop)
             level[1].friends = {0};
-        std::vector<View> unguardedLevel = level;
-        const SettleResult guarded = settle(level, exact());
-        QCOMPARE(guarded.settled, settles);
-        QVERIFY(guarded.sweeps <= sweepLimit(level.size()));
-        Settings unguarded = exact();
-        unguarded.guarded = false;
-        unguarded.unguardedLimit = 100 * sweepLimit(level.size());
-        const SettleResult reference = settle(unguardedLevel, unguarded);
-        QCOMPARE(reference.settled, settles);
-        if (!settles)
-            return;
-        // Settling levels are untouched by the guard: same sweeps, same frames.
-        QCOMPARE(guarded.sweeps, reference.sweeps);
-        for (std::size_t i = 0; i < level.size(); ++i) {
-            // Only x and width ever change (a y that is not a number never equals itself).
-            QCOMPARE(level[i].frame.x, unguardedLevel[i].frame.x);
-            QCOMPARE(level[i].frame.width, unguardedLevel[i].frame.width);
+        const SettleResult result = settle(level, exact());
+        QCOMPARE(result.settled, settles);
+        QVERIFY(result.sweeps <= sweepLimit(level.size()));
+        for (std::size_t i = 0; settles && i < level.size(); ++i) {
             for (std::size_t j = i + 1; j < level.size(); ++j)
                 QVERIFY(!intersects(level[i].frame, level[j].frame));
         }
@@ -288,14 +244,9 @@ private slots:
         QTest::addColumn<bool>("expected");
         QTest::newRow("push button") << "button" << true;
         QTest::newRow("tag 1337") << "tagged" << false;
-        QTest::newRow("tag 1337 declared by the class") << "class tagged" << false;
         QTest::newRow("horizontal line") << "hline" << false;
-        QTest::newRow("vertical line") << "vline" << false;
         QTest::newRow("marked group box") << "marked" << false;
-        QTest::newRow("translated marker is not the marker") << "marked lower case" << true;
         QTest::newRow("scroll bar") << "scrollbar" << false;
-        QTest::newRow("splitter") << "splitter" << false;
-        QTest::newRow("scroll area viewport") << "viewport" << false;
         QTest::newRow("refused by the delegate") << "refused" << false;
     }
 
@@ -308,20 +259,14 @@ private slots:
         kq_setWindowDelegate(&window, &delegate);
         const auto make = [&]() -> QWidget * {
             const QString marker = QString::fromLatin1(KQNoRelayoutTitle);
-            if (kind == "class tagged")
-                return new ClassTaggedButton(QStringLiteral("OK"), &window);
-            if (kind.startsWith("marked"))
-                return new QGroupBox(kind == "marked" ? marker : marker.toLower(), &window);
+            if (kind == "marked")
+                return new QGroupBox(marker, &window);
             if (kind == "scrollbar")
                 return new QScrollBar(&window);
-            if (kind == "splitter")
-                return new QSplitter(&window);
-            if (kind == "viewport")
-                return (new QScrollArea(&window))->viewport();
             if (!kind.endsWith("line"))
                 return new QPushButton(QStringLiteral("OK"), &window);
             auto *line = new QFrame(&window);
-            line->setFrameShape(kind == "hline" ? QFrame::HLine : QFrame::VLine);
+            line->setFrameShape(QFrame::HLine);
             return line;
         };
         QWidget *subject = make();
@@ -371,9 +316,6 @@ private slots:
         QCOMPARE(cancel->geometry().right(), 359); // grown leftwards, right edge kept
         QCOMPARE(ok->geometry(), QRect(368, 200, 100, 30));
         QCOMPARE(window.size(), QSize(468, 230)); // the content's far corner, smaller than it was
-        const QList<QRect> after{label->geometry(), field->geometry(), below->geometry(), cancel->geometry()};
-        f_relayout(&window);
-        QCOMPARE((QList<QRect>{label->geometry(), field->geometry(), below->geometry(), cancel->geometry()}), after);
 
         // A window whose pushes never settle is stopped, reported and left as it is.
         QWidget cycling;

@@ -1,5 +1,3 @@
-// The tab bar's rules, the tab view's selection, ownership and drawing. The
-// accessibility tree is read from outside by atspi_check.py.
 #include "KQTabBarGeometry_p.h"
 #include "MessageCapture.h"
 
@@ -11,7 +9,6 @@
 #include <TarnCommon/ToolTipping_ZL.h>
 
 #include <QtGui/QAccessible>
-#include <QtGui/QPainter>
 #include <QtTest/QtTest>
 #include <QtWidgets/QLineEdit>
 
@@ -19,9 +16,8 @@
 
 using Tags = QList<qint64>;
 
-// On tabs 1, 2, 3 with 1 selected: set-up operations, then one more whose
-// result, tabsChanged signal and error report are checked; the visible tags
-// and the selected one (0: none) after it.
+// On tabs 1, 2, 3 with 1 selected: set-up operations, then one whose result, tabsChanged
+// signal and error report are checked; the visible tags and the selected one (0: none) after.
 struct Operation
 {
     QStringList setup;
@@ -60,9 +56,8 @@ QIcon makeIcon(const QColor &color)
 
 } // namespace
 
-// Logs "will 2<-1 shown:view1": the message, the tags, the visible child.
-// Told to, destroys the tab view from inside one message, as a panel that
-// closes once a choice is made would.
+// Logs "will 2<-1 shown:view1": the message, the tags, the visible child. Told to,
+// destroys the tab view inside one message, as a panel closing on a choice would.
 class RecordingDelegate : public QObject, public KQTabViewDelegate
 {
     Q_OBJECT
@@ -87,24 +82,16 @@ private:
     }
 };
 
-// Changes the frame rule and records the bar's drawing, as a subclass may.
+// Changes the frame rule, as a subclass may.
 class CustomTabView : public KQTabView
 {
 public:
     using KQTabView::KQTabView;
     QSizeF frameSizeForTabViewSize(const QSizeF &size) const override { return size + QSizeF(10, 40); }
-    void drawTabBarInRect(QPainter &painter, const QRectF &bar) override
-    {
-        bars << bar;
-        KQTabView::drawTabBarInRect(painter, bar);
-    }
-    void drawTab(QPainter &, KQTab *tab, const QRectF &cell) override { cells << qMakePair(tab->tag(), cell); }
-    QList<QRectF> bars;
-    QList<QPair<qint64, QRectF>> cells;
 };
 
 // Runs "select T", "hide T", "hidesel T", "show T P", "replace OLD NEW P",
-// "set T..." or "destroy T"; answers its result, true for those without one.
+// or "set T..."; answers its result, true for those without one.
 static bool run(KQTabView *view, const QString &operation)
 {
     const QStringList words = operation.split(QLatin1Char(' '));
@@ -124,8 +111,6 @@ static bool run(KQTabView *view, const QString &operation)
         view->showTab(arg(1), arg(2));
     else if (verb == QLatin1String("replace"))
         return view->replaceTab(arg(1), arg(2), arg(3));
-    else if (verb == QLatin1String("destroy"))
-        delete tagged(arg(1));
     else if (verb == QLatin1String("set")) {
         QList<KQTab *> tabs;
         for (qsizetype i = 1; i < words.size(); ++i)
@@ -159,40 +144,26 @@ private Q_SLOTS:
 
     void cells_data()
     {
-        QTest::addColumn<QRectF>("bar");
+        QTest::addColumn<QRectF>("bounds");
         QTest::addColumn<int>("count");
         QTest::addColumn<QList<double>>("xs");
-        QTest::newRow("3 in 200") << QRectF(0, 0, 200, 27) << 3 << QList<double>{40, 80, 120};
-        QTest::newRow("1 in 75, floored") << QRectF(0, 0, 75, 27) << 1 << QList<double>{17};
-        QTest::newRow("6 spill both ends") << QRectF(0, 0, 200, 27) << 6 << QList<double>{-20, 20, 60, 100, 140, 180};
-        QTest::newRow("bar off the origin") << QRectF(10, 5, 200, 27) << 2 << QList<double>{70, 110};
-        QTest::newRow("none") << QRectF(0, 0, 200, 27) << 0 << QList<double>{};
+        QTest::newRow("3 in 200") << QRectF(0, 0, 200, 100) << 3 << QList<double>{40, 80, 120};
+        QTest::newRow("1 in 75, floored") << QRectF(0, 0, 75, 40) << 1 << QList<double>{17};
+        QTest::newRow("fractional origin") << QRectF(3.25, 7.5, 190.5, 60) << 4 << QList<double>{18, 58, 98, 138};
+        QTest::newRow("7 spill both ends") << QRectF(0, 0, 200, 40) << 7 << QList<double>{-40, 0, 40, 80, 120, 160, 200};
+        QTest::newRow("none") << QRectF(0, 0, 200, 100) << 0 << QList<double>{};
     }
     void cells()
     {
-        QFETCH(QRectF, bar);
+        QFETCH(QRectF, bounds);
         QFETCH(int, count);
         QFETCH(QList<double>, xs);
         QList<QRectF> expected;
         for (double x : xs)
-            expected << QRectF(x, bar.y(), 40, 26);
-        QCOMPARE(KQTabBar::tabRectsForTabBarRect(bar, count), expected);
-    }
-
-    void hitTestingAgreesWithCells_data()
-    {
-        QTest::addColumn<QRectF>("bounds");
-        QTest::addColumn<int>("count");
-        QTest::newRow("odd width, 3") << QRectF(0, 0, 201, 80) << 3;
-        QTest::newRow("fractional origin, 4") << QRectF(3.25, 7.5, 190.5, 60) << 4;
-        QTest::newRow("spilling, 7") << QRectF(0, 0, 150, 40) << 7;
-    }
-    void hitTestingAgreesWithCells()
-    {
-        QFETCH(QRectF, bounds);
-        QFETCH(int, count);
-        // The drawn cells and the hit test never disagree, edges and the separator row included.
+            expected << QRectF(x, bounds.y(), 40, 26);
         const QList<QRectF> cells = KQTabBar::tabRectsForTabBarRect(KQTabBar::tabBarRectForBounds(bounds), count);
+        QCOMPARE(cells, expected);
+        // The hit test never disagrees with the drawn cells, edges and the separator row included.
         for (double y = bounds.y() - 1; y < bounds.y() + 30; y += 0.5) {
             for (double x = bounds.x() - 160; x < bounds.right() + 160; x += 0.5) {
                 const auto hit = std::find_if(cells.begin(), cells.end(), [&](const QRectF &c) { return kq_pointInRect(QPointF(x, y), c); });
@@ -201,62 +172,15 @@ private Q_SLOTS:
         }
     }
 
-    void placement_data()
-    {
-        // rule: "icon" (of cell a), "content" (of bounds a), or "button N/C" (tab N of C, window a, bounds b).
-        QTest::addColumn<QString>("rule");
-        QTest::addColumn<QRectF>("a");
-        QTest::addColumn<QRectF>("b");
-        QTest::addColumn<QRectF>("expected");
-        QTest::newRow("icon") << "icon" << QRectF(40, 0, 40, 26) << QRectF() << QRectF(52, 5, 16, 16);
-        QTest::newRow("icon, floored") << "icon" << QRectF(17.5, 0.25, 40, 26) << QRectF() << QRectF(29, 5, 16, 16);
-        QTest::newRow("content") << "content" << QRectF(5, 10, 100, 50) << QRectF() << QRectF(5, 37, 100, 23);
-        QTest::newRow("content, too short") << "content" << QRectF(0, 0, 200, 20) << QRectF() << QRectF(0, 27, 200, 0);
-        // y = window y + (H - 27) + 20 - (bounds y + 27), y-up.
-        QTest::newRow("button 1/3") << "button 1/3" << QRectF(100, 500, 300, 200) << QRectF(0, 0, 200, 100) << QRectF(180, 566, 40, 28);
-        QTest::newRow("button 0/3") << "button 0/3" << QRectF(100, 500, 300, 200) << QRectF(0, 0, 200, 60) << QRectF(140, 526, 40, 28);
-        QTest::newRow("button, bounds y") << "button 0/1" << QRectF(0, 0, 300, 200) << QRectF(0, 10, 100, 100) << QRectF(30, 56, 40, 28);
-    }
     void placement()
     {
-        QFETCH(QString, rule);
-        QFETCH(QRectF, a);
-        QFETCH(QRectF, b);
-        QFETCH(QRectF, expected);
-        const QStringList n = rule.mid(7).split(u'/');
-        if (rule == QLatin1String("icon"))
-            QCOMPARE(KQTabBar::iconRectForCell(a), expected);
-        else if (rule == QLatin1String("content"))
-            QCOMPARE(KQTabBar::contentFrameForBounds(a), expected);
-        else
-            QCOMPARE(KQTabBar::accessibilityButtonFrame(a, b, n[1].toInt(), n[0].toInt()), expected);
-    }
-
-    void tabNotifiesOnlyChanges_data()
-    {
-        // A property set to a first value, then a second: notifications of the second.
-        QTest::addColumn<QByteArray>("property");
-        QTest::addColumn<QVariant>("first");
-        QTest::addColumn<QVariant>("second");
-        QTest::addColumn<int>("notified");
-        const QIcon red = makeIcon(Qt::red);
-        QTest::newRow("same icon") << QByteArray("icon") << QVariant(red) << QVariant(red) << 0;
-        QTest::newRow("another icon") << QByteArray("icon") << QVariant(red) << QVariant(makeIcon(Qt::red)) << 1;
-        QTest::newRow("same tag") << QByteArray("tag") << QVariant(qint64(5)) << QVariant(qint64(5)) << 0;
-        QTest::newRow("null to empty tooltip") << QByteArray("iconTooltip") << QVariant(QString()) << QVariant(QStringLiteral("")) << 1;
-    }
-    void tabNotifiesOnlyChanges()
-    {
-        QFETCH(QByteArray, property);
-        QFETCH(QVariant, first);
-        QFETCH(QVariant, second);
-        QFETCH(int, notified);
-        KQTab tab;
-        const QMetaProperty meta = tab.metaObject()->property(tab.metaObject()->indexOfProperty(property));
-        QVERIFY(meta.write(&tab, first));
-        QSignalSpy spy(&tab, meta.notifySignal());
-        QVERIFY(meta.write(&tab, second));
-        QCOMPARE(spy.count(), notified);
+        QCOMPARE(KQTabBar::iconRectForCell(QRectF(17.5, 0.25, 40, 26)), QRectF(29, 5, 16, 16)); // centred, floored
+        QCOMPARE(KQTabBar::contentFrameForBounds(QRectF(5, 10, 100, 50)), QRectF(5, 37, 100, 23));
+        QCOMPARE(KQTabBar::contentFrameForBounds(QRectF(0, 0, 200, 20)), QRectF(0, 27, 200, 0)); // too short
+        // Tab 1 of 3: y = window y + (H - 27) + 20 - (bounds y + 27), y-up.
+        QCOMPARE(KQTabBar::accessibilityButtonFrame(QRectF(100, 500, 300, 200), QRectF(0, 0, 200, 100), 3, 1),
+                 QRectF(180, 566, 40, 28));
+        QCOMPARE(KQTabBar::accessibilityButtonFrame(QRectF(0, 0, 300, 200), QRectF(0, 10, 100, 100), 1, 0), QRectF(30, 56, 40, 28));
     }
 
     void initWithTabsSizing_data()
@@ -285,63 +209,24 @@ private Q_SLOTS:
         view->ensurePolished(); // the first sizing a subclass's rule takes part in
         QCOMPARE(view->geometry(), QRect(QPoint(0, 0), frame));
         QCOMPARE(view->selectedTab(), tabs.value(0, nullptr));
+        view->resize(300, 150); // never shown: laid out at once all the same
         if (QWidget *content = view->selectedTab() ? view->selectedTab()->view() : nullptr)
-            QCOMPARE(content->geometry(), QRect(0, 27, frame.width(), frame.height() - 27));
-        if (auto *custom = dynamic_cast<CustomTabView *>(view.get())) {
-            // The subclass draws the bar and each cell, centred: x = 105 - 40.
-            view->grab();
-            QCOMPARE(custom->bars, QList<QRectF>{QRectF(0, 0, 210, 27)});
-            QCOMPARE(custom->cells, (QList<QPair<qint64, QRectF>>{{1, QRectF(65, 0, 40, 26)}, {2, QRectF(105, 0, 40, 26)}}));
-        }
-    }
-
-    void hiddenTabViewLaysOutAtOnce_data()
-    {
-        QTest::addColumn<QString>("how");
-        QTest::addColumn<bool>("shownBefore");
-        QTest::newRow("resize, never shown") << "resize" << false;
-        QTest::newRow("setGeometry") << "setGeometry" << false;
-        QTest::newRow("geometry property") << "geometry" << false;
-        QTest::newRow("size property") << "size" << false;
-        QTest::newRow("resize, hidden after showing") << "resize" << true;
-    }
-    void hiddenTabViewLaysOutAtOnce()
-    {
-        QFETCH(QString, how);
-        QFETCH(bool, shownBefore);
-        KQTabView view(QRect(0, 0, 200, 100));
-        view.setTabs({makeTab(&view, 1)});
-        if (shownBefore) {
-            view.show();
-            QVERIFY(QTest::qWaitForWindowExposed(&view));
-            view.hide();
-        }
-        if (how == QLatin1String("resize"))
-            view.resize(300, 150);
-        else if (how == QLatin1String("setGeometry"))
-            view.setGeometry(0, 0, 300, 150);
-        else
-            view.setProperty(how.toLatin1(), how == QLatin1String("size") ? QVariant(QSize(300, 150)) : QVariant(QRect(0, 0, 300, 150)));
-        QCOMPARE(view.selectedTab()->view()->geometry(), QRect(0, 27, 300, 123));
+            QCOMPARE(content->geometry(), QRect(0, 27, 300, 123));
     }
 
     void contentWidgetGoesBackToItsOwner_data()
     {
         QTest::addColumn<QString>("owner"); // of the content widget
         QTest::addColumn<bool>("deselect"); // or drop the tab
-        QTest::addColumn<bool>("outlivesTabView");
         QTest::addColumn<bool>("outlivesTab");
-        QTest::newRow("its tab's, deselected") << "tab" << true << true << false;
-        QTest::newRow("its tab's, tab dropped") << "tab" << false << true << false;
-        QTest::newRow("the caller's, deselected") << "caller" << true << true << true;
-        QTest::newRow("the caller's, tab dropped") << "caller" << false << true << true;
-        QTest::newRow("the tab view's") << "tab view" << true << false << false;
+        QTest::newRow("its tab's, deselected") << "tab" << true << false;
+        QTest::newRow("the caller's, tab dropped") << "caller" << false << true;
+        QTest::newRow("the tab view's") << "tab view" << true << false;
     }
     void contentWidgetGoesBackToItsOwner()
     {
         QFETCH(QString, owner);
         QFETCH(bool, deselect);
-        QFETCH(bool, outlivesTabView);
         QFETCH(bool, outlivesTab);
         QWidget caller;
         auto view = std::make_unique<KQTabView>(QRect(0, 0, 200, 100));
@@ -360,8 +245,8 @@ private Q_SLOTS:
             view->setTabs({other});
         QCOMPARE(content->parentWidget(), parent);
         QVERIFY(content->isHidden());
+        QCOMPARE(tab->parent(), tabOwner.get()); // the view adopts only tabs nobody owns
         view.reset();
-        QCOMPARE(!content.isNull(), outlivesTabView);
         tabOwner.reset();
         QCOMPARE(!content.isNull(), outlivesTab);
     }
@@ -372,7 +257,6 @@ private Q_SLOTS:
         QTest::addColumn<QStringList>("operations");
         QTest::addColumn<QString>("log");
         QTest::newRow("old widget up at will, new one at did") << QStringList{"select 3"} << "will 3<-1 shown:view1; did 3<-1 shown:view3";
-        QTest::newRow("reselecting is not short-cut") << QStringList{"select 1"} << "will 1<-1 shown:view1; did 1<-1 shown:view1";
         QTest::newRow("no tabs select nothing, new tabs the first")
             << QStringList{"set", "set 2 3"} << "will -<-1 shown:view1; did -<-1 shown:; will 2<-- shown:; did 2<-- shown:view2";
     }
@@ -409,12 +293,10 @@ private Q_SLOTS:
         delegate.destroyIn = destroyIn;
         view->setDelegate(&delegate);
         const QPointer<KQTabView> watched(view);
-        if (how == QLatin1String("click")) {
-            QTest::mousePress(view, Qt::LeftButton, {}, QPoint(90, 10));
-            QTest::mouseRelease(view, Qt::LeftButton, {}, QPoint(90, 10));
-        } else {
+        if (how == QLatin1String("click"))
+            QTest::mouseClick(view, Qt::LeftButton, {}, QPoint(90, 10));
+        else
             run(view, how);
-        }
         QVERIFY(watched.isNull()); // and nothing of it touched since (ASan shows it)
     }
 
@@ -423,28 +305,16 @@ private Q_SLOTS:
         QTest::addColumn<Operation>("o");
         const auto row = [](const char *name, const Operation &o) { QTest::newRow(name) << o; };
         row("hide the selected: the first left selected", {{}, "hide 1", true, true, {2, 3}, 2});
-        row("hide another: selection kept", {{"select 2"}, "hide 1", true, true, {2, 3}, 2});
         row("hide every tab", {{"select 3", "hide 3", "hide 1"}, "hide 2", true, true, {}, 0});
         row("hide an unknown tag", {{"select 2"}, "hide 42", true, false, {1, 2, 3}, 2});
-        row("hide a hidden tab", {{"hide 3"}, "hide 3", true, false, {1, 2}, 1});
         row("hide the selection: widget stays", {{}, "hidesel 1", true, true, {2, 3}, 1});
         row("hidesel of an unselected tab hides it", {{}, "hidesel 2", false, true, {1, 3}, 1});
-        row("hidesel of an unknown tag", {{}, "hidesel 42", false, false, {1, 2, 3}, 1});
         row("show at given places", {{"hide 2", "hide 3", "show 3 0"}, "show 2 2", true, true, {3, 1, 2}, 1});
-        row("show an unknown tag", {{"hide 3"}, "show 42 0", true, false, {1, 2}, 1});
-        row("show a visible tab", {{"hide 3"}, "show 1 0", true, false, {1, 2}, 1});
         row("show past the end: reported", {{"hide 3"}, "show 3 5", true, false, {1, 2}, 1, true});
-        row("replace with the tab in place", {{}, "replace 1 2 1", false, false, {1, 2, 3}, 1});
         row("replace selected by a visible tab", {{}, "replace 1 3 0", true, true, {3, 2}, 3});
-        row("replace unselected by a hidden tab", {{"hide 3"}, "replace 2 3 1", true, true, {1, 3}, 1});
         row("replace selected by a hidden tab", {{"select 2", "hide 3"}, "replace 2 3 0", true, true, {3, 1}, 3});
         row("replace selected by an unknown tag", {{"select 2"}, "replace 2 42 0", false, true, {1, 3}, 0});
-        row("replace unselected by an unknown tag", {{}, "replace 2 42 0", false, true, {1, 3}, 1});
         row("replace unknown tags", {{"hide 3"}, "replace 41 42 0", false, false, {1, 2}, 1});
-        row("set the same tabs", {{"hide 3"}, "set 1 2", true, true, {1, 2}, 1});
-        row("destroy a visible tab", {{"hide 3"}, "destroy 2", true, true, {1}, 1});
-        row("destroy a hidden tab", {{"hide 3"}, "destroy 3", true, false, {1, 2}, 1});
-        row("destroy the selected tab", {{"hide 3"}, "destroy 1", true, true, {2}, 0});
         row("select another tab", {{"hide 3"}, "select 2", true, false, {1, 2}, 2});
     }
     void tabOperations()
@@ -468,38 +338,28 @@ private Q_SLOTS:
         // The selection's widget, and no other, is on show.
         for (QWidget *child : view->findChildren<QWidget *>(Qt::FindDirectChildrenOnly))
             QCOMPARE(!child->isHidden(), selection && child == selection->view());
-        if (!o.operation.startsWith(QLatin1String("set")) && !o.operation.startsWith(QLatin1String("destroy")))
-            QCOMPARE(view->hiddenTabs().size() + view->tabs().size(), qsizetype(3)); // no tab lost
-        if (!selection)
-            QCOMPARE(view->tabAtPoint(QPointF(100, 10)), view->tabs().value(view->tabs().size() / 2));
+        QCOMPARE(view->hiddenTabs().size() + view->tabs().size(), qsizetype(3)); // no tab lost
     }
 
     void clickSequences_data()
     {
         // Steps "pX" press, "mX" move, "rX" release at y = 10, "h" hide, "d" destroy the pressed tab;
-        // the pressed tag after each; the selected tag at the end; whether the delegate heard.
+        // the pressed tag after each; the selected tag at the end.
         QTest::addColumn<QString>("steps");
         QTest::addColumn<QList<int>>("pressed");
         QTest::addColumn<int>("selected");
-        QTest::addColumn<bool>("told");
-        QTest::newRow("click") << "p130 r130" << QList<int>{3, 0} << 3 << true;
-        QTest::newRow("press, drag to the second") << "p50 m90 r90" << QList<int>{1, 2, 0} << 2 << true;
-        QTest::newRow("drag off the cells") << "p130 m190 r190" << QList<int>{3, 0, 0} << 1 << false;
-        QTest::newRow("off and back on") << "p130 m10 m125 r125" << QList<int>{3, 0, 3, 0} << 3 << true;
-        QTest::newRow("stray release over a cell") << "r90" << QList<int>{0} << 2 << true;
-        QTest::newRow("pressed, then hidden") << "p130 h" << QList<int>{3, 0} << 1 << false;
-        QTest::newRow("pressed, then destroyed") << "p130 d r190" << QList<int>{3, 0, 0} << 1 << false;
+        QTest::newRow("press, drag to the third") << "p90 m130 r130" << QList<int>{2, 3, 0} << 3;
+        QTest::newRow("drag off the cells") << "p130 m190 r190" << QList<int>{3, 0, 0} << 1;
+        QTest::newRow("pressed, then hidden") << "p130 h" << QList<int>{3, 0} << 1;
+        QTest::newRow("pressed, then destroyed") << "p130 d r190" << QList<int>{3, 0, 0} << 1;
     }
     void clickSequences()
     {
         QFETCH(QString, steps);
         QFETCH(QList<int>, pressed);
         QFETCH(int, selected);
-        QFETCH(bool, told);
         KQTabView *view = makeTabView();
         QVERIFY(view);
-        RecordingDelegate delegate;
-        view->setDelegate(&delegate);
         const QStringList list = steps.split(QLatin1Char(' '));
         for (qsizetype i = 0; i < list.size(); ++i) {
             const QPoint point(list[i].mid(1).toInt(), 10);
@@ -517,27 +377,17 @@ private Q_SLOTS:
             QCOMPARE(down ? int(down->tag()) : 0, pressed[i]);
         }
         QCOMPARE(view->selectedTab()->tag(), qint64(selected));
-        QCOMPARE(!delegate.log.isEmpty(), told);
     }
 
-    void toolTipAtPoint_data()
-    {
-        QTest::addColumn<QPointF>("point");
-        QTest::addColumn<QVariant>("tooltip");
-        QTest::newRow("first cell") << QPointF(50, 10) << QVariant(QStringLiteral("one"));
-        QTest::newRow("shared edge") << QPointF(80, 10) << QVariant(QStringLiteral("two"));
-        QTest::newRow("no tooltip") << QPointF(130, 10) << QVariant();
-        QTest::newRow("content area") << QPointF(50, 60) << QVariant();
-    }
     void toolTipAtPoint()
     {
-        QFETCH(QPointF, point);
-        QFETCH(QVariant, tooltip);
         KQTabView *view = makeTabView();
         QVERIFY(view);
+        auto *tipping = qobject_cast<ToolTipping_ZL *>(view);
         bool wrap = true;
-        QCOMPARE(qobject_cast<ToolTipping_ZL *>(view)->toolTipAtPoint(point, &wrap), tooltip);
-        QVERIFY(wrap);
+        QCOMPARE(tipping->toolTipAtPoint(QPointF(80, 10), &wrap), QVariant(QStringLiteral("two"))); // a shared edge
+        QCOMPARE(tipping->toolTipAtPoint(QPointF(130, 10), &wrap), QVariant()); // a tab without one
+        QCOMPARE(tipping->toolTipAtPoint(QPointF(50, 60), &wrap), QVariant()); // the content area
     }
 
     void selectionAndFocus()
@@ -546,18 +396,14 @@ private Q_SLOTS:
         QVERIFY(view);
         m_window->activateWindow();
         QVERIFY(QTest::qWaitForWindowActive(m_window.get()));
-        // A tab of another tab view is refused, reported, and nobody is told.
+        // A tab of another tab view is refused and reported.
         KQTabView other(QRect(0, 0, 100, 100));
         KQTab *foreign = makeTab(&other, 9);
         other.setTabs({foreign});
-        RecordingDelegate delegate;
-        view->setDelegate(&delegate);
         MessageCapture capture;
         view->selectTab(foreign);
         QVERIFY(capture.text().contains("tab == nil || [_tabs containsObject:tab]"));
         QCOMPARE(view->selectedTab(), view->tabs().at(0));
-        QVERIFY(delegate.log.isEmpty());
-        QCOMPARE(foreign->view()->parentWidget(), &other);
         // A selected tab's initial first responder takes the focus.
         KQTab *second = view->tabs().at(1);
         auto *field = new QLineEdit(second->view());
@@ -570,14 +416,8 @@ private Q_SLOTS:
     {
         KQTabView *view = makeTabView();
         QVERIFY(view);
-        view->hideTab(3);
-        delete view->hiddenTabs().at(0);
-        QVERIFY(view->hiddenTabs().isEmpty());
-        const QPointer<QWidget> shown = view->selectedTab()->view();
         QSignalSpy changed(view, &KQTabView::selectedTabChanged);
         delete view->selectedTab();
-        // Its widget went with the tab, and with it the selection.
-        QVERIFY(shown.isNull());
         QCOMPARE(changed.count(), 1);
         QCOMPARE(changed.at(0).at(0).value<KQTab *>(), nullptr);
         // Tabs the view adopted and setTabs dropped die with it without calling back into it (ASan shows it).
@@ -586,92 +426,59 @@ private Q_SLOTS:
         const QPointer<KQTab> dropped = makeTab(nullptr, 2);
         owner->setTabs({kept, dropped});
         owner->setTabs({kept});
-        owner->setTabs({kept});
         QCOMPARE(dropped->parent(), owner.get());
         owner.reset();
         QVERIFY(dropped.isNull());
-    }
-
-    void widgetReplacedWhileSelected()
-    {
-        KQTabView *view = makeTabView();
-        QVERIFY(view);
-        KQTab *first = view->tabs().at(0);
-        QWidget *installed = first->view();
-        auto *replacement = new QWidget(m_window.get());
-        first->setView(replacement);
-        // The widget on show is taken down, and goes back to the caller.
-        view->selectTab(view->tabs().at(1));
-        QVERIFY(installed->isHidden());
-        QCOMPARE(installed->parentWidget(), nullptr);
-        delete installed;
-        view->resize(260, 120);
-        view->selectTab(first); // now with its new widget
-        QCOMPARE(replacement->parentWidget(), view);
-        QVERIFY(!replacement->isHidden() && view->tabs().at(1)->view()->isHidden());
-        QCOMPARE(replacement->geometry(), QRect(0, 27, 260, 93));
     }
 
     void drawing()
     {
         KQTabView *view = makeTabView();
         QVERIFY(view);
-        // The selected cell keeps no icon, so its middle shows the shading alone.
         for (KQTab *tab : view->tabs())
-            if (tab != view->tabs().at(1))
-                tab->setIcon(makeIcon(QColor(255, 0, 0)));
+            tab->setIcon(makeIcon(QColor(255, 0, 0)));
+        view->tabs().at(1)->setIcon(QIcon()); // so the selected cell shows its shading alone
         view->selectTab(view->tabs().at(1)); // cell x 80..120
         view->clearFocus(); // the style's focus frame may fill the cell
         const auto bar = [view] { return view->grab(QRect(0, 0, 200, 27)).toImage().convertToFormat(QImage::Format_ARGB32); };
         const QRgb background = view->palette().color(QPalette::Button).rgba();
+        const QRgb separator = view->palette().color(QPalette::Dark).rgba();
         QImage image = bar();
         QCOMPARE(image.pixel(5, 13), background);
-        QCOMPARE(image.pixel(0, 26), view->palette().color(QPalette::Dark).rgba()); // the separator
-        // The selected cell is darker at its sides in the middle row, fading toward the top and plain in the middle.
-        const int plain = QColor(background).lightness();
-        const int edge = image.pixelColor(80, 13).lightness();
-        QVERIFY(edge < plain - 20 && image.pixelColor(119, 13).lightness() < plain - 20);
-        QVERIFY(qAbs(image.pixelColor(100, 13).lightness() - plain) <= 2);
-        QVERIFY(qAbs(image.pixelColor(80, 0).lightness() - plain) <= 3 && image.pixelColor(80, 6).lightness() > edge);
+        QCOMPARE(image.pixel(0, 26), separator);
+        // The selected cell is darker at its sides.
+        QVERIFY(image.pixelColor(80, 13).lightness() < QColor(background).lightness() - 20);
         // A pressed tab darkens only its icon's opaque pixels, by 40 % black.
         QTest::mousePress(view, Qt::LeftButton, {}, QPoint(140, 10)); // third cell, icon at (132, 5)
         image = bar();
         QCOMPARE(image.pixelColor(135, 15), QColor(153, 0, 0));
         QCOMPARE(image.pixel(133, 6), background); // transparent quadrant
-        QCOMPARE(image.pixelColor(55, 15), QColor(255, 0, 0)); // first cell, not pressed
-        QTest::mouseMove(view, QPoint(190, 10));
-        QCOMPARE(bar().pixelColor(135, 15), QColor(255, 0, 0));
         QTest::mouseRelease(view, Qt::LeftButton, {}, QPoint(190, 10));
-        // With no tab left the bar and its separator are still drawn, and the
-        // keys that walk the bar find nothing to select.
+        // With no tab left the separator is still drawn, and the keys that walk the bar find nothing.
         view->setTabs({});
         MessageCapture quiet;
         for (const Qt::Key key : {Qt::Key_Space, Qt::Key_Right, Qt::Key_End})
             QTest::keyClick(view, key);
         QCOMPARE(view->selectedTab(), nullptr);
         QVERIFY(quiet.text().isEmpty());
-        image = bar();
-        QCOMPARE(image.pixel(100, 25), background);
-        QCOMPARE(image.pixel(100, 26), view->palette().color(QPalette::Dark).rgba());
+        QCOMPARE(bar().pixel(100, 26), separator);
     }
 
     void sharpIconsOnHighDpi()
     {
-        // Stripes one device pixel wide in the density-2 version must stay so.
+        // Stripes one device pixel wide in a density-2 icon must stay so.
         QImage stripes(32, 32, QImage::Format_ARGB32_Premultiplied);
         for (int x = 0; x < 32; ++x)
             for (int y = 0; y < 32; ++y)
                 stripes.setPixelColor(x, y, x % 2 ? QColor(0, 0, 255) : QColor(255, 255, 0));
         QPixmap high = QPixmap::fromImage(stripes);
         high.setDevicePixelRatio(2.0);
-        QIcon icon(QPixmap::fromImage(stripes.scaled(16, 16)));
-        icon.addPixmap(high);
+        const QIcon icon(high);
         KQTabView view(QRect(0, 0, 200, 100));
         view.setTabs({makeTab(&view, 1)}); // one cell at x 80, icon at (92, 5)
         view.tabs().at(0)->setIcon(icon);
         QImage image(400, 200, QImage::Format_ARGB32_Premultiplied);
         image.setDevicePixelRatio(2.0);
-        image.fill(Qt::white);
         view.render(&image);
         for (int x = 2 * 92 + 4; x < 2 * 92 + 12; ++x)
             QCOMPARE(image.pixelColor(x, 20), x % 2 ? QColor(0, 0, 255) : QColor(255, 255, 0));
@@ -682,7 +489,6 @@ private Q_SLOTS:
         QVERIFY(!KQAccessibility::validForAutomateTesting());
         KQTabView *view = makeTabView();
         QVERIFY(view);
-        view->setTabs(view->tabs());
         QAccessibleInterface *iface = QAccessible::queryAccessibleInterface(view);
         for (int i = 0; i < iface->childCount(); ++i)
             QVERIFY(iface->child(i)->object()); // only widgets, no group
@@ -690,98 +496,43 @@ private Q_SLOTS:
     }
 };
 
-// The tree as an automation client holding it sees it change; the end-to-end
-// run reads it only once. The switch is read once per process, so these run
-// apart (--accessibility).
+// The tree as an automation client holding it sees it change. The switch is
+// read once per process, so this runs apart (--accessibility).
 class tst_TabViewAccessibility : public QObject
 {
     Q_OBJECT
 
-    std::unique_ptr<KQTabView> m_view;
-
-    KQTabView *makeTabView()
-    {
-        m_view = std::make_unique<KQTabView>();
-        m_view->setGeometry(100, 100, 200, 100);
-        m_view->setTabs({makeTab(m_view.get(), 1, QStringLiteral("Alpha")), makeTab(m_view.get(), 2, QStringLiteral("Beta")),
-                         makeTab(m_view.get(), 3, QStringLiteral("Gamma"))});
-        m_view->show();
-        return QTest::qWaitForWindowExposed(m_view.get()) ? m_view.get() : nullptr;
-    }
-    static QAccessibleInterface *groupOf(KQTabView *view)
-    {
-        QAccessibleInterface *iface = QAccessible::queryAccessibleInterface(view);
-        return iface && iface->childCount() > 0 ? iface->child(iface->childCount() - 1) : nullptr;
-    }
-
 private Q_SLOTS:
-    void initTestCase()
+    void keptCurrentAndNoDanglingNodes()
     {
         KQSettings::enableTestMode();
         KQSettings::userDefaults()->setValue(QStringLiteral("enableScriptingAutomationTesting"), true);
         QVERIFY(KQAccessibility::validForAutomateTesting());
-    }
-    void cleanup() { m_view.reset(); }
-
-    void keptCurrent_data()
-    {
-        QTest::addColumn<QString>("change");
-        QTest::addColumn<QStringList>("buttons");
-        QTest::newRow("tooltip renamed") << "rename" << QStringList{"Renamed", "Beta", "Gamma"};
-        QTest::newRow("tab hidden") << "hide" << QStringList{"Alpha", "Gamma"};
-        QTest::newRow("tab shown") << "show" << QStringList{"Beta", "Alpha", "Gamma"};
-        QTest::newRow("widget replaced") << "replace" << QStringList{"Alpha", "Beta", "Gamma"};
-        QTest::newRow("tabs set: a new group") << "set" << QStringList{"Gamma", "Alpha"};
-        QTest::newRow("every tab hidden: last children kept") << "hide all" << QStringList{"Gamma"};
-    }
-    void keptCurrent()
-    {
-        QFETCH(QString, change);
-        QFETCH(QStringList, buttons);
-        KQTabView *view = makeTabView();
-        QVERIFY(view);
-        QAccessibleInterface *iface = QAccessible::queryAccessibleInterface(view);
-        const QAccessible::Id oldGroup = QAccessible::uniqueId(groupOf(view));
+        auto view = std::make_unique<KQTabView>(QRect(0, 0, 200, 100));
+        const QList<KQTab *> tabs{makeTab(view.get(), 1, QStringLiteral("Alpha")), makeTab(view.get(), 2), makeTab(view.get(), 3, QStringLiteral("Gamma"))};
+        view->setTabs(tabs);
+        view->show();
+        QVERIFY(QTest::qWaitForWindowExposed(view.get()));
+        QAccessibleInterface *iface = QAccessible::queryAccessibleInterface(view.get());
         const int children = iface->childCount();
-        const QList<KQTab *> tabs = view->tabs();
-        const QPointer<QWidget> replaced = tabs.at(0)->view();
-        if (change == QLatin1String("rename")) {
-            tabs.at(0)->setIconTooltip(QStringLiteral("Renamed"));
-        } else if (change == QLatin1String("replace")) {
-            tabs.at(0)->setView(new QWidget);
-        } else if (change == QLatin1String("set")) {
-            view->setTabs({tabs.at(2), tabs.at(0)});
-        } else {
-            for (qint64 tag : change == QLatin1String("hide all") ? QList<qint64>{1, 2, 3} : QList<qint64>{2})
-                view->hideTab(tag);
-            if (change == QLatin1String("show"))
-                view->showTab(2, 0);
-        }
+        const QAccessible::Id groupId = QAccessible::uniqueId(iface->child(children - 1)); // the last child
+        tabs.at(0)->setIconTooltip(QStringLiteral("Renamed"));
+        view->hideTab(2);
         KQAccessibilityNode *group = view->kqAccessibilityTabView()->groupAccessbility();
         QStringList names;
         for (QAccessibleInterface *child : group->accessibilityChildren())
             names << child->text(QAccessible::Name);
-        QCOMPARE(names, buttons);
-        for (qsizetype i = 0; i < view->tabs().size(); ++i)
-            QCOMPARE(group->child(int(i))->object(), view->tabs().at(i)->view());
-        QCOMPARE(QAccessible::uniqueId(groupOf(view)) != oldGroup, change == QLatin1String("set"));
-        QCOMPARE(iface->childCount(), children); // replaced, never added
-        if (change == QLatin1String("replace"))
-            delete replaced; // the caller's again
-    }
-
-    void destroyedTabViewLeavesNoDanglingNodes()
-    {
-        KQTabView *view = makeTabView();
-        QVERIFY(view);
-        QAccessibleInterface *group = groupOf(view);
-        const QAccessible::Id groupId = QAccessible::uniqueId(group);
-        const QAccessible::Id buttonId = QAccessible::uniqueId(group->child(0));
-        delete view->tabs().at(1);
-        QCOMPARE(groupOf(view)->childCount(), 2);
-        m_view.reset();
+        QCOMPARE(names, (QStringList{"Renamed", "Gamma"}));
+        QCOMPARE(group->child(1)->object(), tabs.at(2)->view());
+        QCOMPARE(QAccessible::uniqueId(iface->child(children - 1)), groupId);
+        view->setTabs({tabs.at(2), tabs.at(0)}); // a new group, replacing the old one
+        QCOMPARE(iface->childCount(), children);
+        const QAccessible::Id newGroupId = QAccessible::uniqueId(iface->child(children - 1));
+        const QAccessible::Id buttonId = QAccessible::uniqueId(iface->child(children - 1)->child(0));
+        QVERIFY(newGroupId != groupId);
+        view.reset();
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-        QCOMPARE(QAccessible::accessibleInterface(groupId), nullptr);
+        QCOMPARE(QAccessible::accessibleInterface(newGroupId), nullptr);
         QCOMPARE(QAccessible::accessibleInterface(buttonId), nullptr);
     }
 };

@@ -1,8 +1,28 @@
-# Runs as cmake -P: install into a prefix other than the configured one, then
-# build and run consumers against it: the CMake package as C++17 and as
-# C++20, and a plain compiler line fed by nothing but pkg-config.
-include("${CMAKE_CURRENT_LIST_DIR}/RunCommand.cmake")
+# cmake -P: with EMBEDDER_SOURCE_DIR, a parent project embedding the sources; otherwise an install into a
+# new prefix and its consumers: the CMake package as C++17 and C++20, and a compiler line fed by pkg-config.
+function(run)
+    execute_process(COMMAND ${ARGN} RESULT_VARIABLE result OUTPUT_VARIABLE out ERROR_VARIABLE err)
+    if(NOT result EQUAL 0)
+        message(FATAL_ERROR "Failed (${result}): ${ARGN}\n${out}\n${err}")
+    endif()
+    set(run_output "${out}" PARENT_SCOPE)
+endfunction()
+
+function(run_expecting regex)
+    run(${ARGN})
+    if(NOT run_output MATCHES "${regex}")
+        message(FATAL_ERROR "${ARGN} did not print ${regex}: ${run_output}")
+    endif()
+endfunction()
+
 file(REMOVE_RECURSE "${WORK_DIR}")
+if(EMBEDDER_SOURCE_DIR)
+    run(${CMAKE_COMMAND} -S "${EMBEDDER_SOURCE_DIR}" -B "${WORK_DIR}" -G "${GENERATOR}" "-DTARNCOMMON_SOURCE_DIR=${SOURCE_DIR}")
+    run(${CMAKE_COMMAND} --build "${WORK_DIR}" --target embedder -j 2)
+    run_expecting("consumer ok 1\\.0\\.0" "${WORK_DIR}/embedder")
+    return()
+endif()
+
 set(prefix "${WORK_DIR}/prefix")
 run(${CMAKE_COMMAND} --install "${BUILD_DIR}" --prefix "${prefix}")
 file(GLOB_RECURSE library "${prefix}/*/libTarnCommon.so")
