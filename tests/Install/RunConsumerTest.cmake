@@ -1,49 +1,37 @@
-# cmake -P: with EMBEDDER_SOURCE_DIR, a parent project embedding the sources; otherwise an install into a
-# new prefix and its consumers: the CMake package as C++17 and C++20, and a compiler line fed by pkg-config.
-function(run)
+# cmake -P: MODE "embedded", a parent project embedding the sources; MODE "install", an install into a new
+# prefix and its consumers: the CMake package as C++17 and C++20, and a compiler line fed by pkg-config.
+# run(REGEX COMMAND...) fails unless the command succeeds and its output matches REGEX.
+function(run regex)
     execute_process(COMMAND ${ARGN} RESULT_VARIABLE result OUTPUT_VARIABLE out ERROR_VARIABLE err)
-    if(NOT result EQUAL 0)
-        message(FATAL_ERROR "Failed (${result}): ${ARGN}\n${out}\n${err}")
+    if(NOT result EQUAL 0 OR NOT out MATCHES "${regex}")
+        message(FATAL_ERROR "Failed (${result}, expected ${regex}): ${ARGN}\n${out}\n${err}")
     endif()
     set(run_output "${out}" PARENT_SCOPE)
 endfunction()
 
-function(run_expecting regex)
-    run(${ARGN})
-    if(NOT run_output MATCHES "${regex}")
-        message(FATAL_ERROR "${ARGN} did not print ${regex}: ${run_output}")
-    endif()
-endfunction()
-
 file(REMOVE_RECURSE "${WORK_DIR}")
-if(EMBEDDER_SOURCE_DIR)
-    run(${CMAKE_COMMAND} -S "${EMBEDDER_SOURCE_DIR}" -B "${WORK_DIR}" -G "${GENERATOR}" "-DTARNCOMMON_SOURCE_DIR=${SOURCE_DIR}")
-    run(${CMAKE_COMMAND} --build "${WORK_DIR}" --target embedder -j 2)
-    run_expecting("consumer ok 1\\.0\\.0" "${WORK_DIR}/embedder")
+if(MODE STREQUAL "embedded")
+    run("" ${CMAKE_COMMAND} -S "${CMAKE_CURRENT_LIST_DIR}/consumer" -B "${WORK_DIR}" -G "${GENERATOR}" -DCONSUMER_STANDARD=17
+        "-DTARNCOMMON_SOURCE_DIR=${CMAKE_CURRENT_LIST_DIR}/../..")
+    run("" ${CMAKE_COMMAND} --build "${WORK_DIR}" --target consumer -j 2)
+    run("consumer ok 1\\.0\\.0" "${WORK_DIR}/consumer")
     return()
 endif()
 
 set(prefix "${WORK_DIR}/prefix")
-run(${CMAKE_COMMAND} --install "${BUILD_DIR}" --prefix "${prefix}")
-file(GLOB_RECURSE library "${prefix}/*/libTarnCommon.so")
-file(GLOB_RECURSE pc_file "${prefix}/*/TarnCommon.pc")
-list(GET library 0 library)
-list(GET pc_file 0 pc_file)
-get_filename_component(libdir "${library}" DIRECTORY)
-get_filename_component(pc_dir "${pc_file}" DIRECTORY)
-set(ENV{LD_LIBRARY_PATH} "${libdir}")
+run("" ${CMAKE_COMMAND} --install "${BUILD_DIR}" --prefix "${prefix}")
+file(GLOB pc_dir "${prefix}/lib*/pkgconfig" "${prefix}/lib/*/pkgconfig") # the library's directory, multiarch or not
+set(ENV{LD_LIBRARY_PATH} "${pc_dir}/..")
 set(ENV{PKG_CONFIG_PATH} "${pc_dir}") # its prefix comes from where the file lies
 
 foreach(standard 17 20)
-    run(${CMAKE_COMMAND} -S "${CONSUMER_SOURCE_DIR}" -B "${WORK_DIR}/build-${standard}" -G "${GENERATOR}"
+    run("" ${CMAKE_COMMAND} -S "${CMAKE_CURRENT_LIST_DIR}/consumer" -B "${WORK_DIR}/build-${standard}" -G "${GENERATOR}"
         "-DCMAKE_PREFIX_PATH=${prefix}" "-DCONSUMER_STANDARD=${standard}")
-    run(${CMAKE_COMMAND} --build "${WORK_DIR}/build-${standard}")
-    run_expecting("consumer ok" "${WORK_DIR}/build-${standard}/consumer")
+    run("" ${CMAKE_COMMAND} --build "${WORK_DIR}/build-${standard}")
+    run("consumer ok 1\\.0\\.0" "${WORK_DIR}/build-${standard}/consumer")
 endforeach()
 
-find_program(PKG_CONFIG pkg-config REQUIRED)
-run_expecting("^1\\.0\\.0" ${PKG_CONFIG} --modversion TarnCommon)
-run(${PKG_CONFIG} --cflags --libs TarnCommon)
+run("" pkg-config "TarnCommon = 1.0.0" --cflags --libs)
 separate_arguments(flags UNIX_COMMAND "${run_output}")
-run(c++ -std=c++17 -fPIC "${CONSUMER_SOURCE_DIR}/main.cpp" ${flags} -o "${WORK_DIR}/plain-consumer")
-run_expecting("consumer ok" "${WORK_DIR}/plain-consumer")
+run("" c++ -std=c++17 -fPIC "${CMAKE_CURRENT_LIST_DIR}/consumer/main.cpp" ${flags} -o "${WORK_DIR}/plain-consumer")
+run("consumer ok 1\\.0\\.0" "${WORK_DIR}/plain-consumer")

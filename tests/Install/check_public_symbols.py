@@ -1,17 +1,15 @@
 #!/usr/bin/env python3
-"""check_public_symbols.py LIBRARY HEADER_DIR QT_HEADER_DIR: every exported symbol's owner (a member's
-class, the function or variable) is declared in a public header, Qt and standard template instantiations
-set apart; C names stay unmangled, the private path helper hidden, and plain-C functions have C linkage.
-"""
+"""check_public_symbols.py LIBRARY HEADER_DIR QT_INCLUDE_DIRS (':'-separated): every exported symbol's owner (a
+member's class, the function or variable) is declared in a public header, Qt and standard template instantiations set
+apart; C names stay unmangled, the private path helper hidden, and plain-C functions have C linkage."""
 import pathlib
 import re
 import subprocess
 import sys
 
-LINKER_NAMES = {"_init", "_fini", "_edata", "_end", "__bss_start"}
-SANITIZER_NAME = re.compile(r"^__(odr_asan|asan)")  # AddressSanitizer's per-global markers
-PREFIXES = re.compile(r"^(typeinfo name for |typeinfo for |vtable for |VTT for |construction vtable for "
-                      r"|non-virtual thunk to |virtual thunk to |guard variable for |covariant return thunk to )")
+IGNORED = re.compile(r"_init|_fini|_edata|_end|__bss_start|__(odr_asan|asan).*")  # the linker's and AddressSanitizer's
+PREFIXES = re.compile(r"^((typeinfo name|typeinfo|vtable|VTT|construction vtable|guard variable) for "
+                      r"|(non-virtual |virtual |covariant return )thunk to )")
 FOREIGN = re.compile(r"^(std|__gnu_cxx|Qt\w*|QtPrivate)$")
 C_NAMES = set("""KQAssertionFailed _ZLLogWarning _ZLLogError _ZLLogMsg _ZLLog _ZLMakeLogStr KQLastPathComponentOfPath
     KQDebugBreak KQSetDebugBreakHook g_breakOnWarningsAndErrors TarnCommonVersionNumber TarnCommonVersionString
@@ -22,8 +20,11 @@ PLAIN = re.compile(r"(const )?(void|bool|(signed |unsigned )?char|(unsigned )?(s
 FREE_FUNCTION = re.compile(r"[0-9a-f]+ [TW] ([A-Za-z_]\w*\((.*)\))")
 
 
-def split_top(text, separator):
-    """Split at separator outside <...> and (...)."""
+def nm(*options):
+    return subprocess.run(["nm", "-D", "--defined-only", *options, sys.argv[1]], check=True, capture_output=True, text=True).stdout
+
+
+def split_top(text, separator):  # outside <...> and (...)
     parts, depth, start = [], 0, 0
     for i, c in enumerate(text):
         if depth == 0 and i >= start and text.startswith(separator, i):
@@ -42,43 +43,31 @@ def owners(symbol):
     return re.findall(r"[A-Za-z_]\w*", symbol[len(head):]) if first.startswith("operator") else [first]
 
 
-def linkage_errors(library, listing):
-    raw = set(subprocess.run(["nm", "-D", "--defined-only", library], check=True, capture_output=True, text=True).stdout.split())
-    errors = [f"{name} is not exported unmangled" for name in sorted(C_NAMES - raw)]
+def main():
+    qt_core = next(pathlib.Path(d) for d in sys.argv[3].split(":") if d.endswith("/QtCore"))
+    qt_headers = [d for d in qt_core.parent.iterdir() if d.is_dir()]
+    foreign = lambda owner: bool(FOREIGN.match(owner)) or any((d / owner).is_file() for d in qt_headers)
+    words = set()
+    for header in pathlib.Path(sys.argv[2]).glob("*.h"):
+        text = header.read_text(encoding="utf-8")
+        forward = re.fullmatch(r'#include "(/[^"]+)"\s*', text)  # the build tree's headers forward to the sources
+        words.update(re.findall(r"[A-Za-z_]\w*", pathlib.Path(forward.group(1)).read_text(encoding="utf-8") if forward else text))
+    listing = nm("-C")
+    symbols = [fields[2] for fields in (line.split(" ", 2) for line in listing.splitlines())
+               if len(fields) == 3 and not IGNORED.fullmatch(fields[2])]
+    own = [symbol for symbol in symbols if not (owners(symbol) and foreign(owners(symbol)[0]))]
+    errors = [f"{symbol} is in no public header" for symbol in own if not any(o in words and not foreign(o) for o in owners(symbol))]
+    errors += ["no symbol of the library is exported"] if not own else []
+    raw = set(nm().split())
+    errors += [f"{name} is not exported unmangled" for name in sorted(C_NAMES - raw)]
     errors += [f"{name} is private but exported" for name in raw if "KQPathComponent" in name]
     for match in filter(None, map(FREE_FUNCTION.fullmatch, listing.splitlines())):
         # Demangled, a C++ name shows its parameters; a plain function pointer counts as plain.
         parameters = match.group(2).replace("void (*)()", "void*")
         if all(PLAIN.fullmatch(p) for p in (split_top(parameters, ", ") if parameters else [])):
             errors.append(f"{match.group(1)} is mangled though its parameters are plain C types")
-    return errors
-
-
-def main():
-    library, header_dir = sys.argv[1], pathlib.Path(sys.argv[2])
-    qt_headers = [d for d in pathlib.Path(sys.argv[3]).iterdir() if d.is_dir()]
-    foreign = lambda owner: bool(FOREIGN.match(owner)) or any((d / owner).is_file() for d in qt_headers)
-    words = set()
-    for header in header_dir.glob("*.h"):
-        text = header.read_text(encoding="utf-8")
-        forward = re.fullmatch(r'#include "(/[^"]+)"\s*', text)  # the build tree's headers forward to the sources
-        words.update(re.findall(r"[A-Za-z_]\w*", pathlib.Path(forward.group(1)).read_text(encoding="utf-8") if forward else text))
-    listing = subprocess.run(["nm", "-D", "-C", "--defined-only", library], check=True, capture_output=True, text=True).stdout
-    stray, count = [], 0
-    for fields in (line.split(" ", 2) for line in listing.splitlines()):
-        if len(fields) < 3 or fields[2] in LINKER_NAMES or SANITIZER_NAME.match(fields[2]):
-            continue
-        names = owners(fields[2])
-        if names and foreign(names[0]):
-            continue
-        count += 1
-        if not any(o in words and not foreign(o) for o in names):
-            stray.append(fields[2])
-    errors = [f"{symbol} is in no public header" for symbol in stray] + linkage_errors(library, listing)
-    errors += ["no symbol of the library is exported"] if count == 0 else []
     print("".join(f"FAIL: {error}\n" for error in errors), end="")
     return 1 if errors else 0
 
 
-if __name__ == "__main__":
-    sys.exit(main())
+sys.exit(main())

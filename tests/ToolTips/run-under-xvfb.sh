@@ -1,6 +1,5 @@
 #!/bin/sh
-# Runs a test program on its own X server (any free display number, since
-# other test runs may have one too).
+# Runs a test program on its own X server, on any free display (other test runs may have one too).
 set -e
 export QT_QPA_PLATFORM=xcb QT_STYLE_OVERRIDE=Fusion QT_QPA_PLATFORMTHEME=
 export XDG_RUNTIME_DIR="${XDG_RUNTIME_DIR:-$(mktemp -d)}"
