@@ -106,11 +106,17 @@ private Q_SLOTS:
         QTest::addColumn<QList<KQStackItem>>("items");
         QTest::addColumn<double>("listHeight");
         QTest::addColumn<Spans>("expected");
-        const auto row = [](const char *name, QList<KQStackItem> items, double height, Spans spans) { QTest::newRow(name) << items << height << spans; };
-        row("spare height given in list order", {item(18, true, true), item(100, true, false, false, 150), item(50, true)}, 300, {{0, 18}, {18, 150}, {168, 132}});
-        row("shortfall taken from the first resizable view down to its minimum", {item(40, false), item(100, true), item(60, true)}, 100, {{0, 40}, {40, 18}, {58, 42}});
+        const auto row = [](const char *name, QList<KQStackItem> items, double height, Spans spans) {
+            QTest::newRow(name) << items << height << spans;
+        };
+        row("spare height given in list order",
+            {item(18, true, true), item(100, true, false, false, 150), item(50, true)}, 300,
+            {{0, 18}, {18, 150}, {168, 132}});
+        row("shortfall taken from the first resizable view down to its minimum",
+            {item(40, false), item(100, true), item(60, true)}, 100, {{0, 40}, {40, 18}, {58, 42}});
         row("rest of a shortfall passes to the next resizable view", {item(40, true), item(100, true)}, 50, {{0, 18}, {18, 32}});
-        row("hidden views keep their frame and take no room", {item(30, false), item(70, true, false, true), item(20, true)}, 100, {{0, 30}, {0, 70}, {30, 70}});
+        row("hidden views keep their frame and take no room",
+            {item(30, false), item(70, true, false, true), item(20, true)}, 100, {{0, 30}, {0, 70}, {30, 70}});
         row("fixed and collapsed views leave the stack short", {item(30, false), item(18, true, true)}, 200, {{0, 30}, {30, 18}});
         row("limits that cannot absorb a shortfall overflow the bottom", {item(30, false), item(50, true)}, 40, {{0, 30}, {30, 18}});
     }
@@ -252,8 +258,10 @@ private Q_SLOTS:
         QTest::addColumn<QString>("steps");
         QTest::addColumn<QString>("expected");
         QTest::addColumn<QByteArray>("report");
-        const auto row = [](const char *name, int height, const char *views, const char *steps, const char *expected, const char *report = "") {
-            QTest::newRow(name) << height << QString::fromLatin1(views) << QString::fromLatin1(steps) << QString::fromLatin1(expected) << QByteArray(report);
+        const auto row = [](const char *name, int height, const char *views, const char *steps, const char *expected,
+                            const char *report = "") {
+            QTest::newRow(name) << height << QString::fromLatin1(views) << QString::fromLatin1(steps)
+                                << QString::fromLatin1(expected) << QByteArray(report);
         };
         row("restored before showing", 0, "A B~ C", "store:B frame:500 autosave = | expand:B = |",
             "0+118 118+18c 136+118 / 254 / 0+118 118+264 382+118 / 500");
@@ -261,7 +269,8 @@ private Q_SLOTS:
         row("empty, shown: keeps its height until framed", 354, "", "resize:100x500 show | frame:10 |", "500 / 0");
         row("untitled not saved, hidden saved", 400, "A B C _ H", "hide:H autosave collapse:B collapse:_ collapse:H save saved", "B,H");
         row("unknown titles ignored on loading", 400, "A B C", "store:Z,C collapse:B autosave =", "0+118 118+118 236+18c");
-        row("the same name again loads nothing", 400, "A B C", "store:A autosave = expand:A autosave =", "0+18c 18+118 136+118 / 0+118 118+118 236+118");
+        row("the same name again loads nothing", 400, "A B C",
+            "store:A autosave = expand:A autosave =", "0+18c 18+118 136+118 / 0+118 118+118 236+118");
         row("a view added later keeps its state", 400, "A B C", "autosave store:D add:D =", "0+118 118+118 236+118 354+118");
         row("the first view sizes a list of no size, despite a removed one", 0, "", "add:O remove:O resize:0x0 add:R~ = |", "0+118 / 118");
         row("a view that cannot collapse", 0, "F!", "collapse:F expand:F =", "0+118", "(_canCollapse)");
@@ -295,7 +304,11 @@ private Q_SLOTS:
             if (op == u"=") {
                 QStringList spans;
                 for (const KQCollapsibleView *v : list->collapsableViews())
-                    spans << (kq_isExplicitlyHidden(v) ? QStringLiteral("-") : QStringLiteral("%1+%2%3").arg(v->y()).arg(v->height()).arg(v->isCollapsed() ? "c" : ""));
+                    spans << (kq_isExplicitlyHidden(v) ? QStringLiteral("-")
+                                                       : QStringLiteral("%1+%2%3")
+                                                             .arg(v->y())
+                                                             .arg(v->height())
+                                                             .arg(v->isCollapsed() ? "c" : ""));
                 noted << spans.join(u' ');
             } else if (op == u"|") {
                 QCoreApplication::sendPostedEvents();

@@ -97,7 +97,11 @@ QString format(const QString &f, const QVariantMap &args)
 const QVariantMap AB{{QStringLiteral("a"), QStringLiteral("A")}, {QStringLiteral("b"), QStringLiteral("B")}};
 
 // A colour as its red green blue in 8 bits, or "invalid".
-QString rgb(const QColor &c) { return c.isValid() ? QStringLiteral("%1 %2 %3").arg(c.red()).arg(c.green()).arg(c.blue()) : QStringLiteral("invalid"); }
+QString rgb(const QColor &c)
+{
+    return c.isValid() ? QStringLiteral("%1 %2 %3").arg(c.red()).arg(c.green()).arg(c.blue())
+                       : QStringLiteral("invalid");
+}
 
 double rounded(double v) { return double(qRound64(v * 1e5)) / 1e5; }
 
@@ -174,22 +178,51 @@ private Q_SLOTS:
         const S quote = chars(QStringLiteral("'")), dash = chars(QStringLiteral("-"));
         const char *contract = "[replacement rangeOfCharacterFromSet:chars].location == NSNotFound";
         row("set: pair found whole", [] { return finds(chars(Emoji), "a" + Emoji); }, "1+2");
-        row("set: range of code points", [] { return finds(S::characterSetWithRange(0x1F600, 0x1F64F), "xy" + Emoji, "\U0001F64F", "\U0001F5FF\U0001F650"); }, "2+2");
+        row(
+            "set: range of code points",
+            [] {
+                return finds(S::characterSetWithRange(0x1F600, 0x1F64F), "xy" + Emoji, "\U0001F64F",
+                             "\U0001F5FF\U0001F650");
+            },
+            "2+2");
         row("set: inverted", [] { return finds(chars("ab").invertedSet(), "ab" + Emoji, "c\U0010FFFF", "ab"); }, "2+2");
         row("set: null set finds nothing", [] { return finds(S(), "abc"); }, "-1+0");
-        row("set: decimal digits", [] { return finds(S::decimalDigitCharacterSet(), "a\u00BD9", "09\u0663\U0001D7CE", "a\u00BD\u2460 \U0001F600\U0001F601"); }, "2+1");
-        row("set: white space and newlines", [] { return finds(S::whitespaceAndNewlineCharacterSet(), "\u200B\u2029", " \t\n\v\f\r\u0085\u2028\u2029\u00A0", "x\u200B\u0008\u000E"); }, "1+1");
+        row(
+            "set: decimal digits",
+            [] {
+                return finds(S::decimalDigitCharacterSet(), "a\u00BD9", "09\u0663\U0001D7CE",
+                             "a\u00BD\u2460 \U0001F600\U0001F601");
+            },
+            "2+1");
+        row(
+            "set: white space and newlines",
+            [] {
+                return finds(S::whitespaceAndNewlineCharacterSet(), "\u200B\u2029",
+                             " \t\n\v\f\r\u0085\u2028\u2029\u00A0", "x\u200B\u0008\u000E");
+            },
+            "1+1");
         row("format: white space after a reference dropped", [] { return format("${a} and ${b}\n\t x", AB); }, "Aand Bx");
         row("format: space before } is the name; missing key", [] { return format("[${a }]", AB); }, "[<nil>]");
         row("format: unterminated", [] { return format("x${a", AB); }, "xA");
-        row("format: descriptions", [] { return format("${i},${d},${t},${n},${l},${m}", {{"i", -42}, {"d", 0.1}, {"t", true}, {"n", QVariant::fromValue(nullptr)},
-                                                       {"l", QVariantList{1, "a b"}}, {"m", QVariantMap{{"k", "v"}}}}); },
+        row(
+            "format: descriptions",
+            [] {
+                return format("${i},${d},${t},${n},${l},${m}", {{"i", -42},
+                                                                {"d", 0.1},
+                                                                {"t", true},
+                                                                {"n", QVariant::fromValue(nullptr)},
+                                                                {"l", QVariantList{1, "a b"}},
+                                                                {"m", QVariantMap{{"k", "v"}}}});
+            },
             "-42,0.1,1,<null>,(\n    1,\n    \"a b\"\n),{\n    k = v;\n}");
         row("escape: null set", [] { return shown(kq_stringByEscapingCharactersInSet("a", S(), "^")); }, "NULL", "(chars)");
         row("escape: null escape", [=] { return shown(kq_stringByEscapingCharactersInSet("a", quote, QString())); }, "NULL", "(escape)");
         row("remove: null set", [] { return shown(kq_stringByRemovingCharactersInSet("a", S())); }, "NULL", "(chars)");
         row("replace: replacement holds a member", [=] { return shown(kq_stringByReplacingCharactersInSet("a-b", dash, "--")); }, "NULL", contract);
-        const auto pascal = [](QByteArray bytes) { return [=] { return shown(kq_stringFromPString(reinterpret_cast<const unsigned char *>(bytes.constData()))); }; };
+        const auto pascal = [](QByteArray bytes) {
+            return
+                [=] { return shown(kq_stringFromPString(reinterpret_cast<const unsigned char *>(bytes.constData()))); };
+        };
         row("pascal: the length byte limits", pascal("\2abc"), "ab");
         row("pascal: a byte above 127 gives null", pascal("\2a\xE9"), "NULL");
         const auto contains = [](const char *text, const char *other, unsigned options) {
@@ -198,21 +231,38 @@ private Q_SLOTS:
         row("contains: anchored backwards", contains("Hello", "LO", KQAnchoredSearch | KQBackwardsSearch | KQCaseInsensitiveSearch), "1");
         row("contains: nothing is never contained", [] { return QString::number(kq_containsString("Hello", "")); }, "0");
         row("contains: in nothing", contains(nullptr, "a", 0), "0");
-        row("record: 16-bit channels come back whole", [] { return QString::number(kq_RGBColor(kq_colorFromRGBColor({1, 32768, 65535})) == RGBColor{1, 32768, 65535}); }, "1");
+        row(
+            "record: 16-bit channels come back whole",
+            [] {
+                return QString::number(kq_RGBColor(kq_colorFromRGBColor({1, 32768, 65535})) ==
+                                       RGBColor{1, 32768, 65535});
+            },
+            "1");
         row("hex: lower case", [] { return rgb(kq_colorFromRGBHexString("#ff8000")); }, "255 128 0");
         row("hex: read as the C scanner reads, a negative field full", [] { return rgb(kq_colorFromRGBHexString("#-1-1-1")); }, "255 255 255");
         row("hex: two fields only", [] { return rgb(kq_colorFromRGBHexString("#12 34 ")); }, "invalid");
         row("hex: non-ASCII letter", [] { return rgb(kq_colorFromRGBHexString("#\u00e912345")); }, "invalid");
         row("hex: empty", [] { return rgb(kq_colorFromRGBHexString(QString())); }, "invalid");
-        row("colour: yellow, mean two thirds", [] { return colour(Qt::yellow); }, colourRow("#FFFF00", "65535,65535,0", "black", 1.0 - 0.299 - 0.587));
+        row(
+            "colour: yellow, mean two thirds", [] { return colour(Qt::yellow); },
+            colourRow("#FFFF00", "65535,65535,0", "black", 1.0 - 0.299 - 0.587));
         row("colour: half truncates", [] { return colour(QColor::fromRgba64(32767, 32768, 0)); },
             colourRow("#7F7F00", "32767,32768,0", "white", 1.0 - (0.299 * 32767 + 0.587 * 32768) / 65535));
         row("colour: HSV white", [] { return colour(QColor::fromHsv(0, 0, 255)); }, colourRow("#FFFFFF", "65535,65535,65535", "black", 0.0),
             "^Color is not RGB: QColor\\(AHSV ");
         row("colour: invalid", [] { return colour(QColor()); }, colourRow("#000000", "0,0,0", "black", 0.0, "invalid"),
             "^Color is not RGB: QColor\\(Invalid\\)$");
-        const auto base64 = [](QByteArray bytes) { return [=] { return kq_base64Encode(bytes) + (kq_base64Decode(kq_base64Encode(bytes)) == bytes ? "" : " differs"); }; };
-        const auto decoded = [](const char *text) { return [=] { const QByteArray d = kq_base64Decode(QString::fromUtf8(text)); return d.isNull() ? "NULL" : QString::fromLatin1(d.toHex()); }; };
+        const auto base64 = [](QByteArray bytes) {
+            return [=] {
+                return kq_base64Encode(bytes) + (kq_base64Decode(kq_base64Encode(bytes)) == bytes ? "" : " differs");
+            };
+        };
+        const auto decoded = [](const char *text) {
+            return [=] {
+                const QByteArray d = kq_base64Decode(QString::fromUtf8(text));
+                return d.isNull() ? "NULL" : QString::fromLatin1(d.toHex());
+            };
+        };
         row("base64: both alphabet ends", base64(QByteArray("\xfb\xff\0\x3e", 4)), "+/8APg==");
         row("base64: empty decodes to empty", decoded(""), "");
         row("base64: padding in the middle", decoded("Zg==Zm8="), "NULL");
@@ -334,7 +384,10 @@ private Q_SLOTS:
         ScopedTempDir temp;
         const QString a = temporaryPathWithExtension(QStringLiteral("png"));
         QVERIFY(a != temporaryPathWithExtension(QStringLiteral("png")));
-        QVERIFY2(QRegularExpression(QRegularExpression::escape(temp.path()) + QStringLiteral("/QN64_\\w{6}\\.png$")).match(a).hasMatch(), qPrintable(a));
+        QVERIFY2(QRegularExpression(QRegularExpression::escape(temp.path()) + QStringLiteral("/QN64_\\w{6}\\.png$"))
+                     .match(a)
+                     .hasMatch(),
+                 qPrintable(a));
         // A reference follows its file through a rename, not its old name.
         const QString path = KQTemporaryFile(QStringLiteral("ref"), QStringLiteral("txt"));
         KQFileReference ref;
@@ -369,15 +422,18 @@ private Q_SLOTS:
         QTest::addColumn<QVariant>("stored");
         QTest::addColumn<QString>("report"); // "?": some report
         const auto same = [](const QVariant &v) { return v; };
-        const auto make = [this](const std::function<QVariant(const QVariant &)> &forward, const std::function<QVariant(const QVariant &)> &reverse) {
-            return QVariantMap{{QLatin1String(NSValueTransformerBindingOption), QVariant::fromValue<QObject *>(KQValueTransformer::create(forward, reverse, this))},
+        const auto make = [this](const std::function<QVariant(const QVariant &)> &forward,
+                                 const std::function<QVariant(const QVariant &)> &reverse) {
+            return QVariantMap{{QLatin1String(NSValueTransformerBindingOption),
+                                QVariant::fromValue<QObject *>(KQValueTransformer::create(forward, reverse, this))},
                                {QLatin1String(NSValueTransformerNameBindingOption), QStringLiteral("Plus1")}};
         };
         const QVariantMap byName{{QLatin1String(NSValueTransformerBindingOption), QVariant::fromValue(nullptr)},
                                  {QLatin1String(NSValueTransformerNameBindingOption), QStringLiteral("Plus1")}};
         const QVariantMap notATransformer{{QLatin1String(NSValueTransformerBindingOption), QVariant::fromValue<QObject *>(this)}};
         const QVariant none;
-        QTest::newRow("two children deep") << "child.child.name" << QVariantMap() << "" << QVariant("leaf") << QVariant("new leaf") << QVariant("new leaf") << "";
+        QTest::newRow("two children deep") << "child.child.name" << QVariantMap() << "" << QVariant("leaf")
+                                           << QVariant("new leaf") << QVariant("new leaf") << "";
         QTest::newRow("nested map key") << "settings.page.width" << QVariantMap() << "" << QVariant(10) << QVariant(12) << QVariant(12) << "";
         QTest::newRow("past the last child") << "child.child.child.number" << QVariantMap() << "" << none << QVariant(9) << none << "?";
         QTest::newRow("unconvertible text") << "number" << QVariantMap() << "" << QVariant(7) << QVariant("four") << QVariant(7) << "?";
@@ -475,7 +531,12 @@ private Q_SLOTS:
         MessageCapture nilReport;
         QCOMPARE(kq_map(list, doubled), (QVariantList{2, QVariant::fromValue(nullptr), 6}));
         QCOMPARE(kq_mapAndFilter(list, doubled), (QVariantList{2, 6}));
-        QCOMPARE(kq_filter(list, [](const QVariant &e, qsizetype index, bool *stop) { *stop = index == 1; return e.toInt() % 2 == 1; }), QVariantList{1});
+        QCOMPARE(kq_filter(list,
+                           [](const QVariant &e, qsizetype index, bool *stop) {
+                               *stop = index == 1;
+                               return e.toInt() % 2 == 1;
+                           }),
+                 QVariantList{1});
         QCOMPARE(nilReport.text().count("KQAssertNeverExecuted was executed"), 1);
         // Objects deleted later go when their own scope ends, not an outer one's.
         QPointer<QObject> outer, inner;

@@ -45,7 +45,10 @@ QByteArray onLine(bool clamp, QPointF p, QPointF a, QPointF b)
     return both(QRectF(KQPointConstrainToLine(clamp, p, a, b), QSizeF(0, 0)), KQRect{c, {0, 0}});
 }
 QByteArray hue(double d) { return show({Get_Green_colour_index_01_for_degree(d)}) + " | " + show(Get_RGB_Outside_Colour_Ring_from_degree(d)); }
-QByteArray box(qint64 column, qint64 row, qint64 rows, qint64 columns, double dim = 0) { return show(Get_RGBColour_for_box(column, row, rows, columns, dim)); }
+QByteArray box(qint64 column, qint64 row, qint64 rows, qint64 columns, double dim = 0)
+{
+    return show(Get_RGBColour_for_box(column, row, rows, columns, dim));
+}
 
 } // namespace
 
@@ -63,14 +66,29 @@ private Q_SLOTS:
         const auto row = [](const char *name, Result r, const char *expected, const char *report = "") {
             QTest::newRow(name) << r << QByteArray(expected) << QByteArray(report);
         };
-        row("between: crossed", [] { return both(q_RECT_rect_between_points(QPointF(4, 2), {1, 8}), q_RECT_rect_between_points(KQPoint{4, 2}, {1, 8})); }, "1 2 3 6");
-        row("edge: none is reported", [] { return both(q_RECT_set_edge_to_location(R, 4, 100), q_RECT_set_edge_to_location(toC(R), 4, 100)); }, "10 10 20 20", "-- 4 is not a valid NSRectEdge value\n");
+        row(
+            "between: crossed",
+            [] {
+                return both(q_RECT_rect_between_points(QPointF(4, 2), {1, 8}),
+                            q_RECT_rect_between_points(KQPoint{4, 2}, {1, 8}));
+            },
+            "1 2 3 6");
+        row(
+            "edge: none is reported",
+            [] { return both(q_RECT_set_edge_to_location(R, 4, 100), q_RECT_set_edge_to_location(toC(R), 4, 100)); },
+            "10 10 20 20", "-- 4 is not a valid NSRectEdge value\n");
         row("corner 1: min x, max y", [] { return corner(1, {5, 50}); }, "5 10 25 40");
         row("corner 2: max x, min y", [] { return corner(2, {50, 5}); }, "10 5 40 25");
         row("corner huge behaves as 3", [] { return corner(0xFFFFFFFFu, {12, 14}); }, "10 10 2 4");
         row("normalize: negative width and height", [] { return normal({40, 10, -10, -4}); }, "30 6 10 4");
         row("normalize: not-a-number stays", [] { return normal({1, 1, NaN, -2}); }, "1 -1 nan 2");
-        row("distance", [] { return show({q_POINT_distance_between_points(QPointF(3, 4), {}), q_POINT_distance_between_points(KQPoint{1, 1}, KQPoint{4, 5})}); }, "5 5");
+        row(
+            "distance",
+            [] {
+                return show({q_POINT_distance_between_points(QPointF(3, 4), {}),
+                             q_POINT_distance_between_points(KQPoint{1, 1}, KQPoint{4, 5})});
+            },
+            "5 5");
         row("centre", [] { return both(QRectF(q_RECT__Get_Centre(R), QSizeF(0, 0)), KQRect{q_RECT__Get_Centre(toC(R)), {0, 0}}); }, "20 20 0 0");
         row("line: vertical clamped", [] { return onLine(true, {3, 20}, {0, 0}, {0, 10}); }, "0 10 0 0");
         row("line: diagonal", [] { return onLine(false, {10, 0}, {0, 0}, {10, 10}); }, "5 5 0 0");

@@ -219,7 +219,8 @@ private Q_SLOTS:
         QFETCH(qreal, maxWidth);
         QFETCH(QString, report);
         const QFontMetricsF metrics(QFont(QStringLiteral("DejaVu Serif"), 12));
-        const QTextDocumentFragment fragment = QTextDocumentFragment::fromHtml(QStringLiteral("<div style=\"font: 12pt 'DejaVu Serif'\">%1</div>").arg(html));
+        const QTextDocumentFragment fragment = QTextDocumentFragment::fromHtml(
+            QStringLiteral("<div style=\"font: 12pt 'DejaVu Serif'\">%1</div>").arg(html));
         MessageCapture capture;
         const QRectF placed = kq_boundsWithMaxWidth(fragment, maxWidth).translated(7, 9);
         const QSize canvas(int(placed.right()) + 20, int(placed.bottom()) + 20);

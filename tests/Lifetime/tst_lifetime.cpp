@@ -48,7 +48,8 @@ bool removeAllButFirstScreen()
 {
     QPlatformNativeInterface *native = QGuiApplication::platformNativeInterface();
     const auto get = reinterpret_cast<QJsonObject (*)(QPlatformNativeInterface *)>(native->nativeResourceForIntegration("configuration"));
-    const auto set = reinterpret_cast<void (*)(const QJsonObject &, QPlatformNativeInterface *)>(native->nativeResourceForIntegration("setConfiguration"));
+    const auto set = reinterpret_cast<void (*)(const QJsonObject &, QPlatformNativeInterface *)>(
+        native->nativeResourceForIntegration("setConfiguration"));
     if (!get || !set)
         return false;
     QJsonObject configuration = get(native);
@@ -309,7 +310,11 @@ private Q_SLOTS:
         }
     }
 
-    void toolTips_data() { addRows({"answering widget", "window", "tooltip window", "controller"}, {"rest pending", "in answer", "shown", "fading"}); }
+    void toolTips_data()
+    {
+        addRows({"answering widget", "window", "tooltip window", "controller"},
+                {"rest pending", "in answer", "shown", "fading"});
+    }
 
     void toolTips()
     {

@@ -120,7 +120,8 @@ private Q_SLOTS:
             "m@0 p@1 a=Blue x=350 p@3 p@12.5 p@13.5", shownAt1 + " hide@3 set:Blue at:350 show@3 fade@13.5", "Idle");
         row("leaving fades after more than a second", "m@0 p@1 a= p@1.5 p@2 p@2.5", shownAt1 + " fade@2.5", "Idle");
         row("same rich text is not laid out again", "r=<b>Bold</b> m@0 p@1 p@1.5", "rich:Bold at:300 show@1", "Showing");
-        row("other rich text replaces it", "r=<b>Bold</b> m@0 p@1 r=<i>Other</i> p@1.5", "rich:Bold at:300 show@1 hide@1.5 rich:Other at:300 show@1.5", "Showing");
+        row("other rich text replaces it", "r=<b>Bold</b> m@0 p@1 r=<i>Other</i> p@1.5",
+            "rich:Bold at:300 show@1 hide@1.5 rich:Other at:300 show@1.5", "Showing");
         row("neither text nor rich text: reported once", "i=42 m@0 p@1 p@1.5", "", "Armed", unsupported);
         row("a notification without an event", "m@0 n@0.5 p@1", shownAt1, "Showing", "theEvent");
         row("no window: harmless", "detach m@0 p@1 p@1.5 k@2", "", "Idle");
@@ -354,7 +355,9 @@ private Q_SLOTS:
         QTest::addColumn<double>("width");
         QTest::addColumn<QPointF>("origin");
         QTest::addColumn<bool>("onScreen");
-        const auto row = [](const char *name, QPointF p, double width, QPointF origin, bool on) { QTest::newRow(name) << p << width << origin << on; };
+        const auto row = [](const char *name, QPointF p, double width, QPointF origin, bool on) {
+            QTest::newRow(name) << p << width << origin << on;
+        };
         row("top 5 under the cursor", {300, 400}, 80, {300, 359}, true);
         row("bottom: 30 above", {300, 30}, 80, {300, 60}, true);
         row("right edge", {950, 400}, 80, {920, 359}, true);

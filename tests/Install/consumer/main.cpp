@@ -24,7 +24,9 @@ int main()
         ++failures;
     };
     check(TarnCommonVersionNumber == 1.0, "version number");
-    check(std::strcmp(reinterpret_cast<const char *>(TarnCommonVersionString), "@(#)PROGRAM:TarnCommon  PROJECT:TarnCommon-1\n") == 0, "version string");
+    check(std::strcmp(reinterpret_cast<const char *>(TarnCommonVersionString),
+                      "@(#)PROGRAM:TarnCommon  PROJECT:TarnCommon-1\n") == 0,
+          "version string");
     check(std::strcmp(KQLastPathComponentOfPath("a/b/c.m"), "c.m") == 0, "path component");
     check(guarded(-5) == -1, "assertion returns the neutral result");
     check(q_RECT_normalize(q_RECT_set_edge_to_location(QRectF(10, 10, 20, 20), 0, 40)) == QRectF(30, 10, 10, 20), "edge and normalise");
