@@ -147,6 +147,8 @@ private Q_SLOTS:
         };
         QCOMPARE(limits({item(30, false, false, true), item(40, true, false, true)}), std::pair(0.0, 0.0));
         QCOMPARE(limits({item(30, false), item(60, true)}), std::pair(48.0, std::numeric_limits<double>::max()));
+        // Collapsed, a resizable view is held at its header's height.
+        QCOMPARE(limits({item(30, false), item(18, true, true)}), std::pair(48.0, 48.0));
         QCOMPARE(fittedListHeight(10.0, {50.0, 200.0}), 50.0);
         QCOMPARE(fittedListHeight(100.0, {80.0, 60.0}), 60.0); // the maximum wins a conflict
         // Only the visible views after the animating one move.

@@ -76,6 +76,8 @@ private slots:
                                    << QList<Frame>{f(172, 100), f(280, 100)};
         QTest::newRow("stretch to nothing") << QList<Frame>{f(0, 100), f(10, 30)} << QList<int>{4, 2} << false << true
                                             << QList<Frame>{f(0, 100), f(40, 0)};
+        QTest::newRow("stretch") << QList<Frame>{f(0, 100), f(90, 100)} << QList<int>{4, 2} << false << true
+                                 << QList<Frame>{f(0, 100), f(108, 82)};
         QTest::newRow("infinitely wide pushes nothing") << QList<Frame>{f(0, qInf()), f(50, 80)} << QList<int>{4, 4} << false
                                                         << true << QList<Frame>{f(0, qInf()), f(50, 80)};
         // Rows out of top order around a frame whose y is not a number: the two rows still meet.
@@ -121,6 +123,11 @@ private slots:
         const QList<Frame> expected{f(100, 96, 10, 24), f(100, 50, 40), f(300, 96, 70), f(101, 81, 100)};
         for (int i = 0; i < 4; ++i)
             QCOMPARE(level[i].frame, expected[i]);
+        // Held by both margins, a control keeps the width its window gives it.
+        std::vector<View> pinned{view(f(100, 80, 10, 24), 0, Kind::Control)};
+        pinned[0].naturalWidth = 96;
+        expandToFitContent(pinned, 0, Exact);
+        QCOMPARE(pinned[0].frame.width, 80.0);
     }
 
     // A box adds the 20-point margin to its content; a tagged content view keeps its size.
