@@ -475,6 +475,8 @@ int main(int argc, char *argv[])
     QApplication::setAttribute(Qt::AA_Use96Dpi, true);
     QStringList arguments = QApplication::arguments();
     if (arguments.removeAll(QStringLiteral("--accessibility")) > 0) { // the switch is read once per process
+        // Its own settings file, apart from the plain run that ctest may start beside it.
+        QApplication::setApplicationName(QStringLiteral("tst_tabview-accessibility"));
         KQSettings::enableTestMode();
         KQSettings::userDefaults()->setValue(QStringLiteral("enableScriptingAutomationTesting"), true);
         if (!KQAccessibility::validForAutomateTesting())

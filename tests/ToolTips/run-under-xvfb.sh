@@ -3,4 +3,4 @@
 set -e
 export QT_QPA_PLATFORM=xcb QT_STYLE_OVERRIDE=Fusion QT_QPA_PLATFORMTHEME=
 export XDG_RUNTIME_DIR="${XDG_RUNTIME_DIR:-$(mktemp -d)}"
-exec xvfb-run -a -s "-screen 0 1280x800x24" "$@"
+exec xvfb-run -a -s "-screen 0 1280x800x24 -noreset" "$@"
