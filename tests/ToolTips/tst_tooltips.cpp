@@ -261,19 +261,27 @@ private Q_SLOTS:
         QVERIFY(!ToolTipAtScreenPoint(&wrap, QPointF(900, 650)).isValid());
     }
 
-    // A widget in a tool bar answers too.
+    // A widget in a tool bar answers too; a hidden item is never asked, and the
+    // bar's own area between items is neither the content nor an item.
     void toolBarItem()
     {
         QMainWindow main;
+        main.setCentralWidget(new AnsweringWidget(QStringLiteral("central")));
+        QToolBar *toolBar = main.addToolBar(QStringLiteral("Tools"));
+        auto *gone = new AnsweringWidget(QStringLiteral("gone"));
+        toolBar->addWidget(gone)->setVisible(false);
         auto *swatch = new AnsweringWidget(QStringLiteral("swatch"));
         swatch->setFixedSize(40, 20);
-        main.addToolBar(QStringLiteral("Tools"))->addWidget(swatch);
+        toolBar->addWidget(swatch);
         main.setGeometry(100, 100, 400, 300);
         main.show();
         QVERIFY(QTest::qWaitForWindowExposed(&main));
         bool wrap = true;
         const QPointF global(swatch->mapToGlobal(QPoint(3, 4)));
         QCOMPARE(ToolTipAtScreenPoint(&wrap, global, [&main](QPointF) { return &main; }).toString(), QStringLiteral("swatch 3,4"));
+        const QPoint between = toolBar->mapTo(&main, QPoint(toolBar->width() - 2, toolBar->height() / 2));
+        QCOMPARE(GetViewAtPointInWindow(&main, QPointF(between)), nullptr);
+        QCOMPARE(gone->asked, 0);
         QCOMPARE(GetViewAtPointInToolbar(nullptr, QPointF(5, 5)), nullptr);
     }
 };
