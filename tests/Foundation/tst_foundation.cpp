@@ -6,6 +6,7 @@
 #include <TarnCommon/KQObjectExtensions.h>
 #include <TarnCommon/KQStringExtensions.h>
 
+#include "KQColorComponents_p.h"
 #include "LiteralTextRules.h"
 #include "MessageCapture.h"
 
@@ -243,6 +244,10 @@ private Q_SLOTS:
         row("hex: two fields only", [] { return rgb(kq_colorFromRGBHexString("#12 34 ")); }, "invalid");
         row("hex: non-ASCII letter", [] { return rgb(kq_colorFromRGBHexString("#\u00e912345")); }, "invalid");
         row("hex: empty", [] { return rgb(kq_colorFromRGBHexString(QString())); }, "invalid");
+        row("hex: the scanner ends before a field as the C scanner does", [] {
+            unsigned values[3];
+            return QString::number(KQColor::scanHexTriplet("#", 1, values));
+        }, "-1");
         row(
             "colour: yellow, mean two thirds", [] { return colour(Qt::yellow); },
             colourRow("#FFFF00", "65535,65535,0", "black", 1.0 - 0.299 - 0.587));
