@@ -8,9 +8,7 @@ done
 /usr/bin/python3 -c 'import pyatspi' 2>/dev/null || { echo "SKIP: python3-pyatspi is not installed"; exit 77; }
 if [ "${TARN_ATSPI_INNER:-}" != 1 ]; then
     export TARN_ATSPI_INNER=1
-    # -noreset: the accessibility bus connects and leaves first, and a server
-    # resetting after its last client refuses the demo that connects meanwhile.
-    exec xvfb-run -a -s "-screen 0 1024x768x24 -noreset" dbus-run-session -- "$0" "$@"
+    exec sh "$(dirname "$0")/../TestSupport/run-under-xvfb.sh" dbus-run-session -- "$0" "$@"
 fi
 # Qt registers over AT-SPI only when told accessibility is always on.
 export QT_QPA_PLATFORM=xcb QT_LINUX_ACCESSIBILITY_ALWAYS_ON=1 NO_AT_BRIDGE=0
